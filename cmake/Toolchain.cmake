@@ -1,0 +1,20 @@
+# Compiler settings shared by every target.
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()
+
+set(CMAKE_CXX_FLAGS_RELEASE "-O3")
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+                    -Werror -fno-math-errno)
+# Keeps the arithmetic of one source line the same on every machine: no silent fused multiply-add.
+add_compile_options(-ffp-contract=off)
+
+if(LUMIRRA_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer -O1 -g)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+add_compile_definitions(QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS
+                        QT_DISABLE_DEPRECATED_BEFORE=0x060400)
