@@ -1,0 +1,67 @@
+"""Holds the table of rooms in src/README.md against the code: includes, levels and libraries."""
+import pathlib
+import re
+import sys
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+SRC = ROOT / "src"
+ROW = re.compile(r"^\| (\d) \| `(\w+)/` \| [^|]+ \| ([^|]+) \|")
+INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.M)
+USES = re.compile(r"lumirra_room\(\s*(\w+)(?:[^)]*?\bUSES((?:\s+[a-z]+)+))?")
+
+
+def table():
+    rooms = {}
+    for line in (SRC / "README.md").read_text().splitlines():
+        match = ROW.match(line)
+        if match:
+            uses = match.group(3).strip()
+            rooms[match.group(2)] = (
+                int(match.group(1)),
+                set() if uses == "none" else {u.strip() for u in uses.split(",")},
+            )
+    return rooms
+
+
+class Rooms(unittest.TestCase):
+    def setUp(self):
+        self.rooms = table()
+
+    def test_every_folder_is_a_row_and_every_row_a_folder(self):
+        folders = {p.name for p in SRC.iterdir() if p.is_dir()}
+        self.assertEqual(folders, set(self.rooms))
+
+    def test_arrows_go_down(self):
+        for name, (level, uses) in self.rooms.items():
+            for used in uses:
+                self.assertLess(self.rooms[used][0], level, f"{name} uses {used}")
+
+    def test_includes_keep_to_the_table(self):
+        checked = 0
+        for path in SRC.rglob("*"):
+            if path.suffix not in (".h", ".cpp"):
+                continue
+            room = path.relative_to(SRC).parts[0]
+            allowed = self.rooms[room][1] | {room}
+            for name in INCLUDE.findall(path.read_text()):
+                checked += 1
+                where = f"{path.relative_to(ROOT)} includes {name}"
+                if "/" not in name:
+                    # made by the build from a file of the same folder (ui_*.h, *.moc)
+                    self.assertRegex(name, r"^ui_\w+\.h$|\.moc$", where)
+                    continue
+                self.assertIn(name.split("/")[0], allowed, where)
+                self.assertTrue((SRC / name).is_file(), where)
+        self.assertGreater(checked, 20)
+
+    def test_libraries_link_no_more_than_the_table_allows(self):
+        for path in SRC.glob("*/CMakeLists.txt"):
+            match = USES.search(path.read_text())
+            if match:
+                uses = set((match.group(2) or "").split())
+                self.assertLessEqual(uses, self.rooms[match.group(1)][1], str(path))
+
+
+if __name__ == "__main__":
+    sys.exit(unittest.main())
