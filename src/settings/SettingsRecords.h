@@ -1,0 +1,25 @@
+#pragma once
+
+#include "imaging/EffectSettings.h"
+#include "settings/ControlValues.h"
+
+namespace lumirra {
+
+// The records that the engine works with, taken from one snapshot of the controls. Every number in
+// them is finite and within its control's limits, whatever text a field holds. Pure, any thread.
+
+/// `position`: of the picture in the video, 0..1.
+EffectSettings EffectSettingsOf(const ControlValues& values, float position = 0);
+CaptureSettings CaptureSettingsOf(const ControlValues& values);
+ExtractionSettings ExtractionSettingsOf(const ControlValues& values);
+
+/// What the GIF encoder needs.
+struct OutputSettings {
+    int colorLevels = 256;  ///< levels of each channel; 256 leaves the colours alone
+    double delaySeconds = 0.1;
+    double loopCount = 0;
+    friend bool operator==(const OutputSettings&, const OutputSettings&) = default;
+};
+OutputSettings OutputSettingsOf(const ControlValues& values);
+
+}  // namespace lumirra
