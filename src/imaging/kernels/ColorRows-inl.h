@@ -1,0 +1,181 @@
+// The kernels on single pixels; compiled once for each target.
+
+#if defined(LUMIRRA_IMAGING_COLOR_ROWS_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef LUMIRRA_IMAGING_COLOR_ROWS_INL_H_
+#undef LUMIRRA_IMAGING_COLOR_ROWS_INL_H_
+#else
+#define LUMIRRA_IMAGING_COLOR_ROWS_INL_H_
+#endif
+
+#include "imaging/kernels/Pixels-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace lumirra::HWY_NAMESPACE {
+
+/// coefficients[0] + coefficients[1] x + ...
+template <std::size_t kCount>
+HWY_INLINE Float Polynomial(Float x, const std::array<float, kCount>& coefficients) {
+    Float sum = All(coefficients[kCount - 1]);
+    for (std::size_t i = kCount - 1; i > 0; --i) {
+        sum = hn::MulAdd(sum, x, All(coefficients[i - 1]));
+    }
+    return sum;
+}
+
+/// log2 for 0 < x <= 1: the exponent, and a minimax polynomial on the mantissa taken between
+/// sqrt(1/2) and sqrt(2). Off by at most 4.4e-7 before rounding.
+HWY_INLINE Float Log2(Float x) {
+    constexpr std::array<float, 7> kCoefficients = {
+        1.4427044471863757F, -0.7213510527139204F, 0.4801814113245794F, -0.35986963745814166F,
+        0.3020743967684865F, -0.2655921391559205F, 0.14452063923689804F};
+    const Ints d;
+    const auto bits = hn::BitCast(d, x);
+    const auto exponent = hn::ShiftRight<23>(hn::Sub(bits, hn::Set(d, 0x3F3504F3)));
+    const Float mantissa = hn::BitCast(Floats(), hn::Sub(bits, hn::ShiftLeft<23>(exponent)));
+    const Float f = hn::Sub(mantissa, All(1));
+    return hn::MulAdd(f, Polynomial(f, kCoefficients), hn::ConvertTo(Floats(), exponent));
+}
+
+/// 2^x for -126 <= x <= 0: minimax polynomial on the fraction, off by at most 7.5e-8 of the value.
+HWY_INLINE Float Exp2(Float x) {
+    constexpr std::array<float, 6> kCoefficients = {1.0000000716546416F,   0.6931469670652644F,
+                                                    0.2402211972396889F,   0.055507132728758415F,
+                                                    0.009675541331035434F, 0.0013276472167746993F};
+    const Float whole = hn::Round(x);
+    const auto exponent = hn::ShiftLeft<23>(hn::ConvertTo(Ints(), whole));
+    const auto bits = hn::BitCast(Ints(), Polynomial(hn::Sub(x, whole), kCoefficients));
+    return hn::BitCast(Floats(), hn::Add(bits, exponent));
+}
+
+/// x^power for 0 <= x <= 1, power >= 0; off by less than 2e-6.
+HWY_INLINE Float Power(Float x, float power) {
+    const Float result = Exp2(hn::Max(hn::Mul(Log2(x), All(power)), All(-126)));
+    const Float ofZero = All(power > 0 ? 0.0F : 1.0F);
+    return hn::Min(hn::IfThenElse(hn::Gt(x, hn::Zero(Floats())), result, ofZero), All(1));
+}
+
+HWY_INLINE Color Transform(const std::array<float, 9>& m, const Color& c) {
+    const auto row = [&](std::size_t i) {
+        return Clamped(hn::MulAdd(c.r, All(m[i]),
+                                  hn::MulAdd(c.g, All(m[i + 1]), hn::Mul(c.b, All(m[i + 2])))));
+    };
+    return {row(0), row(3), row(6)};
+}
+
+HWY_INLINE Color WithLook(const PhotoLook& look, Color color) {
+    color = Transform(look.matrix, color);
+    const Float grey = Luminance(color);
+    const Float boost = All(4 * look.vividness);
+    color = ForEach(color, [&](Float c) {
+        const Float room = hn::NegMulAdd(c, c, c);
+        return Clamped(hn::MulAdd(hn::Mul(boost, room), hn::Sub(c, grey), c));
+    });
+    return {Clamped(Polynomial(color.r, look.curve[0])),
+            Clamped(Polynomial(color.g, look.curve[1])),
+            Clamped(Polynomial(color.b, look.curve[2]))};
+}
+
+HWY_INLINE Color WithSteps(const ColorSteps& steps, Color color) {
+    if (steps.brightness) {
+        const Float offset = All(*steps.brightness);
+        color = ForEach(color, [&](Float c) { return Clamped(hn::Add(c, offset)); });
+    }
+    if (steps.contrast) {
+        const Float factor = All(*steps.contrast);
+        color = ForEach(color, [&](Float c) {
+            return Clamped(hn::MulAdd(hn::Sub(c, All(0.5F)), factor, All(0.5F)));
+        });
+    }
+    if (steps.saturation) {
+        const Float factor = All(*steps.saturation);
+        const Float grey = Luminance(color);
+        color = ForEach(
+            color, [&](Float c) { return Clamped(hn::MulAdd(hn::Sub(c, grey), factor, grey)); });
+    }
+    if (steps.exposureFactor) {
+        const Float factor = All(*steps.exposureFactor);
+        color = ForEach(color, [&](Float c) { return hn::Min(hn::Mul(c, factor), All(1)); });
+    }
+    if (steps.gamma) {
+        color = ForEach(color, [&](Float c) { return Power(c, *steps.gamma); });
+    }
+    if (steps.hueMatrix) {
+        color = Transform(*steps.hueMatrix, color);
+    }
+    if (steps.look) {
+        color = WithLook(*steps.look, color);
+    }
+    if (steps.quantization) {
+        color = Quantized(color, *steps.quantization);
+    }
+    return color;
+}
+
+inline void ColorRow(const ColorSteps& steps, const VignetteRow* vignette, const std::uint8_t* in,
+                     std::uint8_t* out, std::size_t n) {
+    const auto make = [&](std::size_t x, Word pixels) {
+        Color color = WithSteps(steps, ColorOf(pixels));
+        if (vignette != nullptr) {
+            const Float factor = VignetteFactor(*vignette, x);
+            color = ForEach(color, [&](Float c) { return hn::Mul(c, factor); });
+        }
+        return PixelsOf(color, pixels);
+    };
+    MakePixels(out, n, make, in);
+}
+
+inline void BlendRow(const std::uint8_t* base, const std::uint8_t* overlay, float mix,
+                     std::uint8_t* out, std::size_t n) {
+    const auto make = [&](std::size_t, Word below, Word above) {
+        const Color from = ColorOf(below);
+        const Color to = ColorOf(above);
+        const Float part = hn::Mul(AlphaOf(above), All(mix));
+        const auto blend = [&](Float a, Float b) {
+            return Clamped(hn::MulAdd(hn::Sub(b, a), part, a));
+        };
+        const Color color = {blend(from.r, to.r), blend(from.g, to.g), blend(from.b, to.b)};
+        return PixelsOf(color, below);
+    };
+    MakePixels(out, n, make, base, overlay);
+}
+
+inline void LoadRow(const ColorSteps& steps, bool premultiplied, const std::uint8_t* in,
+                    const Planes& out, std::size_t n) {
+    const Floats d;
+    const std::size_t lanes = hn::Lanes(d);
+    const Tail tail(in, n);
+    for (std::size_t x = 0; x < n; x += lanes) {
+        const Word pixels = LoadPixels(x + lanes <= n ? in + 4 * x : tail.data());
+        Color color = WithSteps(steps, ColorOf(pixels));
+        const Float alpha = AlphaOf(pixels);
+        if (premultiplied) {
+            color = ForEach(color, [&](Float c) { return hn::Mul(c, alpha); });
+        }
+        StorePlanes(color, out, x);
+        hn::StoreU(alpha, d, out[3] + x);
+    }
+}
+
+inline void StoreRow(const Planes& in, const VignetteRow* vignette, const std::uint8_t* alphaFrom,
+                     std::uint8_t* out, std::size_t n) {
+    const auto color = [&](std::size_t x) {
+        const Color straight = LoadPlanes(in, x);
+        if (vignette == nullptr) {
+            return straight;
+        }
+        const Float factor = VignetteFactor(*vignette, x);
+        return ForEach(straight, [&](Float c) { return hn::Mul(c, factor); });
+    };
+    if (alphaFrom == nullptr) {
+        const Word opaque = hn::Set(Words(), 0xFF000000U);
+        MakePixels(out, n, [&](std::size_t x) { return PixelsOf(color(x), opaque); });
+    } else {
+        const auto make = [&](std::size_t x, Word alpha) { return PixelsOf(color(x), alpha); };
+        MakePixels(out, n, make, alphaFrom);
+    }
+}
+
+}  // namespace lumirra::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#endif  // the guard above

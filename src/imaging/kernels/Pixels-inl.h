@@ -1,0 +1,153 @@
+// Colours in vector registers, shared by the kernel files; compiled once for each target.
+
+#include <algorithm>
+
+#include "imaging/kernels/RowKernels.h"
+
+// The guard flips each time the file is taken in, once for each target.
+#if defined(LUMIRRA_IMAGING_PIXELS_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef LUMIRRA_IMAGING_PIXELS_INL_H_
+#undef LUMIRRA_IMAGING_PIXELS_INL_H_
+#else
+#define LUMIRRA_IMAGING_PIXELS_INL_H_
+#endif
+
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace lumirra::HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+/// At most sixteen lanes, which bounds what planes need as slack.
+using Floats = hn::CappedTag<float, 16>;
+using Words = hn::RebindToUnsigned<Floats>;
+using Ints = hn::RebindToSigned<Floats>;
+using Bytes = hn::Repartition<std::uint8_t, Floats>;
+using Float = hn::Vec<Floats>;
+using Word = hn::Vec<Words>;
+
+struct Color {
+    Float r;
+    Float g;
+    Float b;
+};
+
+HWY_INLINE Float All(float value) {
+    return hn::Set(Floats(), value);
+}
+
+HWY_INLINE Float Clamped(Float value) {
+    return hn::Min(hn::Max(value, hn::Zero(Floats())), All(1));
+}
+
+template <typename Change>
+HWY_INLINE Color ForEach(const Color& c, const Change& change) {
+    return {change(c.r), change(c.g), change(c.b)};
+}
+
+HWY_INLINE Float Luminance(const Color& c) {
+    return hn::MulAdd(c.r, All(kRedWeight),
+                      hn::MulAdd(c.g, All(kGreenWeight), hn::Mul(c.b, All(kBlueWeight))));
+}
+
+HWY_INLINE Color Quantized(const Color& color, float q) {
+    const Float scale = All(q);
+    const Float inverse = All(q == 0 ? 0 : 1 / q);
+    return ForEach(color, [&](Float c) {
+        return Clamped(hn::Mul(hn::Floor(hn::MulAdd(c, scale, All(0.5F))), inverse));
+    });
+}
+
+/// 1 - smoothstep at the pixels from column `x` on.
+HWY_INLINE Float VignetteFactor(const VignetteRow& vignette, std::size_t x) {
+    const Floats d;
+    const Float column = hn::Iota(d, static_cast<float>(x) + 0.5F);
+    const Float across = hn::MulAdd(column, All(vignette.columnStep), All(-0.5F));
+    const Float distance = hn::Sqrt(hn::MulAdd(across, across, All(vignette.squaredRowDistance)));
+    const Float t = Clamped(hn::Mul(hn::Sub(distance, All(vignette.start)), All(4)));
+    return hn::NegMulAdd(hn::Mul(t, t), hn::NegMulAdd(All(2), t, All(3)), All(1));
+}
+
+/// Whole pixels as words: red in the lowest byte, alpha in the highest.
+HWY_INLINE Word LoadPixels(const std::uint8_t* in) {
+    return hn::BitCast(Words(), hn::LoadU(Bytes(), in));
+}
+
+HWY_INLINE void StorePixels(Word pixels, std::uint8_t* out) {
+    hn::StoreU(hn::BitCast(Bytes(), pixels), Bytes(), out);
+}
+
+/// The lowest byte of each word as a number 0..255.
+HWY_INLINE Float LowByte(Word words) {
+    const Word byte = hn::And(words, hn::Set(Words(), 0xFF));
+    return hn::ConvertTo(Floats(), hn::BitCast(Ints(), byte));
+}
+
+HWY_INLINE Color ColorOf(Word pixels) {
+    const Color bytes = {LowByte(pixels), LowByte(hn::ShiftRight<8>(pixels)),
+                         LowByte(hn::ShiftRight<16>(pixels))};
+    return ForEach(bytes, [](Float c) { return hn::Mul(c, All(1.0F / 255)); });
+}
+
+HWY_INLINE Float AlphaOf(Word pixels) {
+    return hn::Mul(LowByte(hn::ShiftRight<24>(pixels)), All(1.0F / 255));
+}
+
+/// Colours of 0..1 rounded to bytes, with the highest byte of `alphaFrom`.
+HWY_INLINE Word PixelsOf(const Color& color, Word alphaFrom) {
+    const auto byte = [](Float c) {
+        const Float scaled = hn::MulAdd(c, All(255), All(0.5F));
+        return hn::BitCast(Words(), hn::ConvertTo(Ints(), scaled));
+    };
+    const Word alpha = hn::And(alphaFrom, hn::Set(Words(), 0xFF000000U));
+    return hn::Or(hn::Or(byte(color.r), hn::ShiftLeft<8>(byte(color.g))),
+                  hn::Or(hn::ShiftLeft<16>(byte(color.b)), alpha));
+}
+
+HWY_INLINE Color LoadPlanes(const Planes& row, std::size_t x) {
+    const Floats d;
+    return {hn::LoadU(d, row[0] + x), hn::LoadU(d, row[1] + x), hn::LoadU(d, row[2] + x)};
+}
+
+HWY_INLINE void StorePlanes(const Color& color, const Planes& row, std::size_t x) {
+    const Floats d;
+    hn::StoreU(color.r, d, row[0] + x);
+    hn::StoreU(color.g, d, row[1] + x);
+    hn::StoreU(color.b, d, row[2] + x);
+}
+
+/// The pixels of a row that do not fill a vector, with room to be read as one.
+class Tail {
+  public:
+    Tail(const std::uint8_t* row, std::size_t n) {
+        const std::size_t rest = n % hn::Lanes(Floats());
+        std::copy_n(row + 4 * (n - rest), 4 * rest, bytes_);
+    }
+    const std::uint8_t* data() const { return bytes_; }
+
+  private:
+    HWY_ALIGN std::uint8_t bytes_[4 * hn::MaxLanes(Floats())] = {};
+};
+
+/// Writes n pixels to `out`: make(x, words...) gives the vector of them at pixel x, from those of
+/// the RGBA8 rows `in`. The last, partial vector takes the same way through buffers, so that a
+/// pixel does not depend on its place in the row.
+template <typename Make, typename... Rows>
+HWY_INLINE void MakePixels(std::uint8_t* out, std::size_t n, const Make& make, Rows... in) {
+    const std::size_t lanes = hn::Lanes(Floats());
+    std::size_t x = 0;
+    for (; x + lanes <= n; x += lanes) {
+        StorePixels(make(x, LoadPixels(in + 4 * x)...), out + 4 * x);
+    }
+    if (x < n) {
+        HWY_ALIGN std::uint8_t last[4 * hn::MaxLanes(Floats())];
+        StorePixels(make(x, LoadPixels(Tail(in, n).data())...), last);
+        std::copy_n(last, 4 * (n - x), out + 4 * x);
+    }
+}
+
+}  // namespace lumirra::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#endif  // the guard above
