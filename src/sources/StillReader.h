@@ -15,9 +15,11 @@ bool IsPicture(const QString& path);
 /// The largest picture that is read, in pixels.
 inline constexpr long long kMaxPicturePixels = 400'000'000;
 
-/// First picture of the file: upright by its EXIF orientation, in sRGB, 8 bits, straight alpha.
-/// A truncated file gives what can be read and a problem; anything else that fails gives a null
-/// picture and a problem. Any thread.
+/// First picture of the file, whatever its extension: upright by its EXIF orientation, in sRGB,
+/// 8 bits, straight alpha, one pixel for one pixel of the file. A JPEG or PNG file that is cut
+/// short gives what can be read and a problem that says how much; anything else that fails gives a
+/// null picture and a problem. The size is checked before memory is asked for, and a pipe or device
+/// is never waited for. Any thread.
 SourceImage ReadStill(const QString& path);
 
 }  // namespace lumirra

@@ -42,8 +42,9 @@ QString TimeLabel(double seconds);
 
 namespace ImageTools {
 
-/// The largest width and, apart from it, the largest height over all pictures in the file, as
-/// stored. Absent when the file cannot be read as a picture.
+/// The largest width and, apart from it, the largest height over all pictures in the file, each
+/// upright by its EXIF orientation. Absent when the file cannot be read as a picture. Reads headers
+/// only. Any thread.
 std::optional<ImageSize> PixelSize(const QString& path);
 
 }  // namespace ImageTools

@@ -1,0 +1,286 @@
+#include "sources/StillReader.h"
+
+#include <QColorSpace>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QLoggingCategory>
+#include <QTransform>
+#include <algorithm>
+#include <cmath>
+#include <new>
+
+#include "sources/stills/Jpeg2000.h"
+#include "sources/stills/PictureFile.h"
+#include "sources/stills/PngFile.h"
+
+namespace lumirra {
+namespace {
+
+QLoggingCategory::CategoryFilter previousFilter = nullptr;
+
+/// Mutes the toolkit's picture readers, whose remarks name no file: what is wrong with a picture is
+/// told by the reader's result.
+void MutePictureReaders(QLoggingCategory* category) {
+    if (previousFilter != nullptr) {
+        previousFilter(category);
+    }
+    const QLatin1String name(category->categoryName());
+    if (name.startsWith(QLatin1String("qt.gui.imageio")) ||
+        name.startsWith(QLatin1String("qt.imageformats"))) {
+        category->setEnabled(QtWarningMsg, false);
+        category->setEnabled(QtCriticalMsg, false);
+    }
+}
+
+/// The two process-wide settings of the toolkit that reading needs, made once.
+void PrepareToolkit() {
+    static const bool prepared = [] {
+        constexpr long long kBytesPerPixel = 8;  // four channels of 16 bits
+        QImageReader::setAllocationLimit(
+            static_cast<int>(kMaxPicturePixels * kBytesPerPixel / (1 << 20)) + 1);
+        previousFilter = QLoggingCategory::installFilter(MutePictureReaders);
+        return true;
+    }();
+    static_cast<void>(prepared);
+}
+
+SourceImage Problem(Failure::Kind kind, const QString& path, const QString& text) {
+    return {{}, Failure{kind, text.arg(path), path}};
+}
+
+SourceImage UnreadablePicture(const QString& path) {
+    return Problem(
+        Failure::Kind::Unreadable, path,
+        QStringLiteral("\"%1\" is damaged or of an unusual kind: no picture in it can be read."));
+}
+
+/// Why a picture of that size is not read, or nothing. `fileBytes` is the size of its file.
+std::optional<Failure> SizeProblem(const QString& path, ImageSize size, qint64 fileBytes) {
+    // Blank pictures compress well, but a large one made of next to nothing is a trap.
+    constexpr double kSuspectPixels = 50e6;
+    constexpr double kMaxPixelsPerByte = 16384;
+    const double pixels = size.width * size.height;
+    const QString claim = QStringLiteral("\"%1\" claims to hold %2 x %3 pixels")
+                              .arg(path)
+                              .arg(size.width, 0, 'f', 0)
+                              .arg(size.height, 0, 'f', 0);
+    if (pixels > static_cast<double>(kMaxPicturePixels)) {
+        return Failure{Failure::Kind::TooLarge,
+                       claim + QStringLiteral("; at most %1 million can be read.")
+                                   .arg(kMaxPicturePixels / 1'000'000),
+                       path};
+    }
+    if (pixels > kSuspectPixels && pixels > kMaxPixelsPerByte * static_cast<double>(fileBytes)) {
+        return Failure{Failure::Kind::TooLarge,
+                       claim + QStringLiteral(" in only %1 bytes.").arg(fileBytes), path};
+    }
+    return std::nullopt;
+}
+
+/// Colours to sRGB, as exactly as the picture's depth allows, then 8 bits with straight alpha.
+QImage Normalized(QImage image) {
+    if (image.isNull()) {
+        return image;
+    }
+    const QColorSpace space = image.colorSpace();
+    if (space.isValid() && space != QColorSpace(QColorSpace::SRgb)) {
+        const bool deep = image.depth() > 32 || image.format() == QImage::Format_Grayscale16;
+        image = std::move(image).convertToFormat(deep ? QImage::Format_RGBA64
+                                                      : QImage::Format_RGBA8888);
+        // The conversion may lose the label.
+        image.setColorSpace(space);
+        image.convertToColorSpace(QColorSpace(QColorSpace::SRgb));
+    }
+    image = std::move(image).convertToFormat(QImage::Format_RGBA8888);
+    image.setDevicePixelRatio(1);
+    return image;
+}
+
+QImage Upright(QImage image, QImageIOHandler::Transformations turn) {
+    const bool mirror = turn.testFlag(QImageIOHandler::TransformationMirror);
+    const bool flip = turn.testFlag(QImageIOHandler::TransformationFlip);
+    if (mirror || flip) {
+        image = std::move(image).mirrored(mirror, flip);
+    }
+    if (turn.testFlag(QImageIOHandler::TransformationRotate90)) {
+        image = image.transformed(QTransform().rotate(90));
+    }
+    return image;
+}
+
+/// Share of the picture above the rows, at its end, that a JPEG decoder filled in mid grey for want
+/// of data. Stored orientation.
+double ShareAboveGrey(const QImage& image) {
+    const auto isFilled = [&](int y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if ((image.pixel(x, y) & 0xFFFFFFU) != 0x808080U) {
+                return false;
+            }
+        }
+        return true;
+    };
+    int rows = image.height();
+    while (rows > 0 && isFilled(rows - 1)) {
+        --rows;
+    }
+    return static_cast<double>(rows) / image.height();
+}
+
+Failure CutShort(const QString& path, double share) {
+    const int percent = std::clamp(static_cast<int>(std::floor(share * 100)), 0, 100);
+    const QString text =
+        percent == 100
+            ? QStringLiteral("\"%1\" is cut short; some of its detail is missing.").arg(path)
+            : QStringLiteral("\"%1\" is cut short: only %2 % of the picture could be read.")
+                  .arg(path)
+                  .arg(std::max(percent, 1));
+    return {Failure::Kind::Unreadable, text, path};
+}
+
+/// Pages of a file whose pictures may differ in size. It comes before any other question about a
+/// TIFF file: only after it does the toolkit's reader find the further pages.
+int CountPages(QImageReader& reader, PictureFormat format) {
+    const bool hasPages = format == PictureFormat::Tiff || format == PictureFormat::Icon;
+    return hasPages ? reader.imageCount() : 1;
+}
+
+SourceImage Jpeg2000Picture(const QString& path, QIODevice& device) {
+    const auto size = Jpeg2000Size(device);
+    if (!size) {
+        return UnreadablePicture(path);
+    }
+    if (const auto problem = SizeProblem(path, *size, device.size())) {
+        return {{}, problem};
+    }
+    SourceImage picture{ReadJpeg2000(device), std::nullopt};
+    return picture.image.isNull() ? UnreadablePicture(path) : picture;
+}
+
+SourceImage PngStill(const QString& path, QIODevice& device) {
+    const ImageSize size = PngSize(device);
+    if (size.width < 1 || size.height < 1) {
+        return UnreadablePicture(path);
+    }
+    if (const auto problem = SizeProblem(path, size, device.size())) {
+        return {{}, problem};
+    }
+    PngPicture png = ReadPng(device);
+    if (png.image.isNull()) {
+        return UnreadablePicture(path);
+    }
+    SourceImage picture{Normalized(std::move(png.image)), std::nullopt};
+    if (png.share < 1) {
+        picture.problem = CutShort(path, png.share);
+    }
+    return picture;
+}
+
+SourceImage ToolkitPicture(const QString& path, const PictureFile& file) {
+    const bool cutShort = file.format == PictureFormat::Jpeg && IsJpegCutShort(*file.device);
+    QImageReader reader(file.device.get(), ToolkitFormat(file.format));
+    reader.setAutoTransform(false);
+    CountPages(reader, file.format);
+    const QSize size = reader.size();
+    if (size.isEmpty()) {
+        return UnreadablePicture(path);
+    }
+    const ImageSize claimed{static_cast<double>(size.width()), static_cast<double>(size.height())};
+    if (const auto problem = SizeProblem(path, claimed, file.device->size())) {
+        return {{}, problem};
+    }
+    const auto turn = reader.transformation();
+    SourceImage picture{reader.read(), std::nullopt};
+    if (picture.image.isNull()) {
+        return UnreadablePicture(path);
+    }
+    if (cutShort) {
+        picture.problem = CutShort(path, ShareAboveGrey(picture.image));
+    }
+    picture.image = Normalized(Upright(std::move(picture.image), turn));
+    return picture;
+}
+
+SourceImage ReadPicture(const QString& path, const PictureFile& file) {
+    switch (file.format) {
+        case PictureFormat::Jpeg2000:
+            return Jpeg2000Picture(path, *file.device);
+        case PictureFormat::Png:
+            return PngStill(path, *file.device);
+        default:
+            return ToolkitPicture(path, file);
+    }
+}
+
+}  // namespace
+
+const QStringList& PictureExtensions() {
+    static const QStringList extensions{QStringLiteral("jpg"),  QStringLiteral("jpeg"),
+                                        QStringLiteral("jpe"),  QStringLiteral("jp2"),
+                                        QStringLiteral("jpx"),  QStringLiteral("png"),
+                                        QStringLiteral("tiff"), QStringLiteral("tif"),
+                                        QStringLiteral("gif"),  QStringLiteral("bmp")};
+    return extensions;
+}
+
+bool IsPicture(const QString& path) {
+    return PictureExtensions().contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
+}
+
+const QStringList& VideoTools::StillImageExtensions() {
+    static const QStringList extensions{QStringLiteral("jpg"), QStringLiteral("jpeg"),
+                                        QStringLiteral("png"), QStringLiteral("tiff"),
+                                        QStringLiteral("tif"), QStringLiteral("gif"),
+                                        QStringLiteral("bmp")};
+    return extensions;
+}
+
+bool VideoTools::IsStillImage(const QString& path) {
+    return StillImageExtensions().contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
+}
+
+SourceImage ReadStill(const QString& path) {
+    PrepareToolkit();
+    try {
+        const auto file = OpenPictureFile(path);
+        if (!file) {
+            return {{}, file.failure()};
+        }
+        return ReadPicture(path, *file);
+    } catch (const std::bad_alloc&) {
+        return Problem(Failure::Kind::TooLarge, path,
+                       QStringLiteral("There is not enough memory to read \"%1\"."));
+    }
+}
+
+std::optional<ImageSize> ImageTools::PixelSize(const QString& path) {
+    PrepareToolkit();
+    const auto file = OpenPictureFile(path);
+    if (!file) {
+        return std::nullopt;
+    }
+    if (file->format == PictureFormat::Jpeg2000) {
+        return Jpeg2000Size(*file->device);
+    }
+    if (file->format == PictureFormat::Png) {
+        const ImageSize size = PngSize(*file->device);
+        return size.width < 1 || size.height < 1 ? std::nullopt : std::optional(size);
+    }
+    QImageReader reader(file->device.get(), ToolkitFormat(file->format));
+    ImageSize largest;
+    constexpr int kMaxPages = 10'000;
+    const int pages = std::min(CountPages(reader, file->format), kMaxPages);
+    for (int page = 0; page < pages && (page == 0 || reader.jumpToNextImage()); ++page) {
+        QSize size = reader.size();
+        if (reader.transformation().testFlag(QImageIOHandler::TransformationRotate90)) {
+            size.transpose();
+        }
+        largest.width = std::max(largest.width, static_cast<double>(size.width()));
+        largest.height = std::max(largest.height, static_cast<double>(size.height()));
+    }
+    if (largest.width < 1 || largest.height < 1) {
+        return std::nullopt;
+    }
+    return largest;
+}
+
+}  // namespace lumirra
