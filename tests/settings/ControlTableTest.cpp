@@ -1,0 +1,251 @@
+#include <gtest/gtest.h>
+
+#include <QSet>
+#include <limits>
+
+#include "settings/Assignment.h"
+#include "settings/ControlValues.h"
+#include "settings/Printing.h"
+#include "settings/ProfileText.h"
+#include "settings/ValueRules.h"
+
+namespace lumirra {
+namespace {
+
+using C = Control;
+
+bool IsNumber(const ControlRow& row) {
+    return row.kind == ControlKind::Slider || row.kind == ControlKind::Stepper;
+}
+
+TEST(ControlTable, NamesAndProfileLinesAreUnique) {
+    QSet<QString> names;
+    QSet<int> lines;
+    for (const ControlRow& row : ControlTable()) {
+        EXPECT_EQ(ControlByName(row.name), row.control);
+        EXPECT_FALSE(QLatin1String(row.label).isEmpty()) << row.name.data();
+        EXPECT_FALSE(QLatin1String(row.tooltip).isEmpty()) << row.name.data();
+        names.insert(row.name);
+        const int count = row.coding == ProfileCoding::Color ? 3 : 1;
+        for (int i = 0; i < count; ++i) {
+            EXPECT_FALSE(lines.contains(row.profileLine + i)) << row.name.data();
+            lines.insert(row.profileLine + i);
+        }
+    }
+    EXPECT_EQ(names.size(), kControlCount);
+    EXPECT_EQ(lines.size(), kProfileLines);
+    EXPECT_FALSE(ControlByName(QStringLiteral("SliderHue")));
+}
+
+TEST(ControlTable, PartnersPointAtEachOther) {
+    for (const ControlRow& row : ControlTable()) {
+        const bool needsPartner =
+            row.kind == ControlKind::Stepper || row.kind == ControlKind::Radio;
+        EXPECT_EQ(row.partner.has_value() && row.kind != ControlKind::Text, needsPartner)
+            << row.name.data();
+        if (row.partner) {
+            EXPECT_EQ(RowOf(*row.partner).partner, row.control) << row.name.data();
+            EXPECT_EQ(RowOf(*row.partner).resetGroup, row.resetGroup) << row.name.data();
+        }
+    }
+}
+
+TEST(ControlTable, InitialValuesAreReachableAndKeptByTheirOwnRule) {
+    const ControlValues values;
+    for (const ControlRow& row : ControlTable()) {
+        EXPECT_GE(row.initial, row.kind == ControlKind::Text ? 0 : row.minimum) << row.name.data();
+        EXPECT_LE(row.initial, row.kind == ControlKind::Text ? 0 : row.maximum) << row.name.data();
+        if (row.kind == ControlKind::Text) {
+            EXPECT_EQ(AcceptedText(row.control, row.initialText, values), row.initialText);
+            EXPECT_EQ(CommitField(values, row.control, row.initialText), values)
+                << row.name.data() << ": the stepper starts where its field does";
+        }
+        if (row.kind == ControlKind::Stepper) {
+            EXPECT_EQ(MoveStepper(values, row.control, static_cast<float>(row.initial)), values);
+        }
+        if (row.kind == ControlKind::PopUp) {
+            EXPECT_EQ(PopUpItems(row.control).size(), static_cast<int>(row.maximum) + 1);
+        }
+    }
+}
+
+TEST(ControlTable, SteppersReachTheirFieldsLimits) {
+    for (const ControlRow& row : ControlTable()) {
+        if (row.kind == ControlKind::Stepper) {
+            const double scale = row.stepperText == StepperText::Tenths ? 10 : 1;
+            const ControlRow& field = RowOf(*row.partner);
+            EXPECT_LE(row.minimum, field.minimum * scale) << row.name.data();
+            EXPECT_GE(row.maximum, field.maximum * scale) << row.name.data();
+        }
+    }
+}
+
+// What a new project holds, written down once more by hand.
+TEST(ControlTable, InitialState) {
+    const ControlValues values;
+    const std::pair<C, float> numbers[] = {{C::StepperFixedNumberOfFrames, 20.0F},
+                                           {C::StepperFixedIntervalBetweenFrames, 1.0F},
+                                           {C::SliderBrightness, 0.0F},
+                                           {C::SliderContrast, 1.0F},
+                                           {C::SliderSaturation, 1.0F},
+                                           {C::SliderGamma, 1.0F},
+                                           {C::SliderCartoonBlur, 2.0F},
+                                           {C::SliderCartoonThreshold, 0.2F},
+                                           {C::SliderCartoonQuantization, 10.0F},
+                                           {C::SliderSketchIntensity, 0.8F},
+                                           {C::SliderSketchEdge, 1.0F},
+                                           {C::StepperTextFontSize, 80.0F},
+                                           {C::StepperTextOpacity, 70.0F},
+                                           {C::StepperCustomCropWidth, 100.0F},
+                                           {C::StepperResizeTo, 100.0F},
+                                           {C::SliderCustomColorCount, 32.0F}};
+    for (const auto& [control, number] : numbers) {
+        EXPECT_EQ(values.Number(control), number) << RowOf(control).name.data();
+    }
+    for (const ControlRow& row : ControlTable()) {
+        if (row.kind == ControlKind::Check || row.kind == ControlKind::Radio) {
+            const bool on = row.control == C::RadioFixedIntervalBetweenFrames ||
+                            row.control == C::RadioCustomCropUsing;
+            EXPECT_EQ(values.IsOn(row.control), on) << row.name.data();
+        }
+    }
+    EXPECT_EQ(PopUpItems(C::ComboTextFontType).at(values.Index(C::ComboTextFontType)),
+              QStringLiteral("Marker Felt"));
+    EXPECT_EQ(values.Color(C::ColorWellTextColor), TextColor{});
+    EXPECT_EQ(values.CropUnitInForce(), 0);
+}
+
+TEST(ControlTable, StoredNumbersStayInRange) {
+    const float infinity = std::numeric_limits<float>::infinity();
+    for (const ControlRow& row : ControlTable()) {
+        ControlValues values;
+        if (IsNumber(row)) {
+            const ValueRange range = RangeInForce(row.control, 0);
+            values.SetNumber(row.control, infinity);
+            EXPECT_EQ(values.Number(row.control), static_cast<float>(range.maximum));
+            values.SetNumber(row.control, -infinity);
+            EXPECT_EQ(values.Number(row.control), static_cast<float>(range.minimum));
+            values.SetNumber(row.control, std::numeric_limits<float>::quiet_NaN());
+            EXPECT_EQ(values.Number(row.control), static_cast<float>(range.minimum));
+        }
+        if (row.kind == ControlKind::PopUp) {
+            values.SetIndex(row.control, 1000);
+            EXPECT_EQ(values.Index(row.control), static_cast<int>(row.maximum));
+            values.SetIndex(row.control, -1);
+            EXPECT_EQ(values.Index(row.control), 0);
+        }
+    }
+    ControlValues values;
+    values.SetColor(C::ColorWellTextColor, {-1, 2, std::nan(""), 0.5});
+    EXPECT_EQ(values.Color(C::ColorWellTextColor), (TextColor{0, 1, 0, 0.5}));
+}
+
+ControlValues EverythingChanged() {
+    ControlValues values;
+    values.SetCropUnitInForce(1);
+    for (const ControlRow& row : ControlTable()) {
+        if (IsNumber(row)) {
+            values.SetNumber(row.control, static_cast<float>(row.initial + row.step));
+        } else if (row.kind == ControlKind::PopUp) {
+            values.SetIndex(row.control, row.initial == 0 ? 1 : 0);
+        } else if (row.kind == ControlKind::Text) {
+            values.SetText(row.control, QStringLiteral("13"));
+        } else if (row.kind == ControlKind::Color) {
+            values.SetColor(row.control, {0.2, 0.4, 0.6, 0.8});
+        } else {
+            values.SetOn(row.control, row.initial == 0);
+        }
+    }
+    return values;
+}
+
+QStringList ChangedNames(const ControlValues& a, const ControlValues& b) {
+    const QStringList before = ProfileText(a).split(QLatin1Char('\n'));
+    const QStringList after = ProfileText(b).split(QLatin1Char('\n'));
+    QStringList names;
+    for (const ControlRow& row : ControlTable()) {
+        if (before[row.profileLine - 1] != after[row.profileLine - 1]) {
+            names << row.name;
+        }
+    }
+    return names;
+}
+
+TEST(Reset, RestoresItsGroupAndNothingElse) {
+    const ControlValues changed = EverythingChanged();
+    for (const ResetGroup group :
+         {ResetGroup::None, ResetGroup::Adjust, ResetGroup::Cartoon, ResetGroup::Sketch,
+          ResetGroup::Vignette, ResetGroup::Text, ResetGroup::CropResize, ResetGroup::Output}) {
+        QStringList expected;
+        for (const ControlRow& row : ControlTable()) {
+            if (row.resetGroup == group && group != ResetGroup::None) {
+                expected << row.name;
+            }
+        }
+        const ControlValues reset = ResetGroupOf(changed, group);
+        EXPECT_EQ(ChangedNames(changed, reset), expected);
+        EXPECT_EQ(reset.CropUnitInForce(), group == ResetGroup::CropResize ? 0 : 1);
+        const QStringList still = ChangedNames(reset, ControlValues());
+        for (const QString& name : expected) {
+            EXPECT_FALSE(still.contains(name)) << name.toStdString();
+        }
+    }
+}
+
+TEST(Reset, LeavesSwitchesOfEffectsAspectRatioAndPlayModeAlone) {
+    for (const C control : {C::CheckCartoon, C::CheckSketch, C::CheckVignette, C::CheckColorEffect,
+                            C::ComboColorEffect, C::ComboAspectRatio, C::ComboPlayMode}) {
+        EXPECT_EQ(RowOf(control).resetGroup, ResetGroup::None);
+    }
+}
+
+TEST(Changes, AskForWhatTheControlNeeds) {
+    ControlValues values;
+    const auto consequence = [&](C control, bool differs = true) {
+        return ConsequenceOf(control, values, differs);
+    };
+    const ChangeConsequence markOnly{.markModified = true};
+    const ChangeConsequence preview{.preview = true, .markModified = true};
+    EXPECT_EQ(consequence(C::SliderHue), preview);
+    EXPECT_EQ(consequence(C::SliderCartoonBlur), markOnly);
+    EXPECT_EQ(consequence(C::ComboColorEffect), markOnly);
+    values.SetOn(C::CheckCartoon, true);
+    values.SetOn(C::CheckColorEffect, true);
+    EXPECT_EQ(consequence(C::SliderCartoonBlur), preview);
+    EXPECT_EQ(consequence(C::ComboColorEffect), preview);
+    EXPECT_EQ(consequence(C::CheckCustomColorCount), markOnly);
+    EXPECT_EQ(consequence(C::ComboPlayMode), ChangeConsequence{});
+    EXPECT_EQ(consequence(C::TextFieldLoopCount), ChangeConsequence{});
+    EXPECT_EQ(consequence(C::StepperLoopCount), markOnly);
+
+    const ChangeConsequence caption{.snapshot = true, .preview = true, .markModified = true};
+    EXPECT_EQ(consequence(C::TextFieldText), caption);
+    EXPECT_EQ(consequence(C::TextFieldText, false), ChangeConsequence{});
+    EXPECT_EQ(consequence(C::StepperTextXOffset, false), caption);
+    const ChangeConsequence crop{
+        .snapshot = true, .preview = true, .geometry = true, .markModified = true};
+    EXPECT_EQ(consequence(C::TextFieldCustomCropWidth), crop);
+    EXPECT_EQ(consequence(C::TextFieldCustomCropWidth, false), markOnly);
+    EXPECT_EQ(consequence(C::StepperResizeTo),
+              (ChangeConsequence{.snapshot = true, .geometry = true, .markModified = true}));
+    values = ChooseRadio(values, C::RadioAutoCropTo);
+    EXPECT_EQ(consequence(C::TextFieldCustomCropWidth), markOnly);
+    EXPECT_EQ(consequence(C::StepperCustomCropWidth),
+              (ChangeConsequence{.snapshot = true, .markModified = true}));
+    EXPECT_EQ(consequence(C::ComboAspectRatio),
+              (ChangeConsequence{.preview = true, .geometry = true, .markModified = true}));
+}
+
+TEST(Changes, CommittingTheSameTextAgainDiffersNoMore) {
+    ControlValues values;
+    EXPECT_EQ(TrackedFields().size(), 10U);
+    EXPECT_TRUE(DiffersFromAccepted(values, {}, C::TextFieldText)) << "no entry yet";
+    AcceptedTexts accepted = StoreTextFieldsValues(values);
+    values.SetText(C::TextFieldText, QStringLiteral("Hi"));
+    EXPECT_TRUE(DiffersFromAccepted(values, accepted, C::TextFieldText));
+    accepted = StoreTextFieldsValues(values);
+    EXPECT_FALSE(DiffersFromAccepted(values, accepted, C::TextFieldText));
+}
+
+}  // namespace
+}  // namespace lumirra
