@@ -13,7 +13,9 @@ namespace ImageTools {
 
 /// Writes the picture; the file at `path` is replaced only when the new one is complete.
 /// `compressionFactor` 0..1 is the JPEG quality and ignored by the others. PNG: 8-bit RGBA, fast
-/// setting. Any thread. `WriteImage` tells why it failed.
+/// setting. GIF: up to 255 colours kept exactly, more reduced with dither. JPEG and BMP, which know
+/// no transparency, show the picture on white. Any thread. A null picture, an unknown format or a
+/// file that cannot be written: false; `WriteImage` tells why.
 bool SaveImage(const QImage& image, const QString& path, ImageFileFormat format,
                double compressionFactor);
 Outcome<Done> WriteImage(const QImage& image, const QString& path, ImageFileFormat format,
