@@ -1,0 +1,38 @@
+#pragma once
+
+#include <deque>
+
+#include "sources/video/VideoStream.h"
+
+namespace lumirra {
+
+/// Finds the frame that is shown at a time, decoding on when that is the shortest way and seeking
+/// back or ahead when not.
+class FrameFinder {
+  public:
+    explicit FrameFinder(VideoStream stream) : stream_(std::move(stream)) {}
+
+    struct Found {
+        const VideoFrame* frame = nullptr;  ///< valid until the next call; null: none at all
+        bool lost = false;                  ///< the frame of that very time was lost to damage
+    };
+    /// The last frame whose time is not after `time` (ticks from the stream's start); before the
+    /// first frame the first.
+    Found At(std::int64_t time);
+
+    const VideoStream& Stream() const { return stream_; }
+
+  private:
+    void Enter(std::int64_t time);
+    void Pull();
+    void Forget();
+    bool Covers(std::int64_t time) const;
+
+    VideoStream stream_;
+    std::deque<VideoFrame> frames_;  // neighbours in order of display, the last one read at the end
+    bool ended_ = false;
+    std::optional<std::int64_t> lostAtEnd_;
+    std::size_t keepBehind_ = 1;
+};
+
+}  // namespace lumirra

@@ -1,0 +1,299 @@
+#include "sources/video/VideoStream.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lumirra {
+
+namespace {
+
+// Skipping ahead pays when it saves more decoding than it costs to start anew.
+constexpr int kFramesWorthSeeking = 6;
+constexpr double kSecondsWorthSeeking = 10;
+// Against a decoder that does nothing but complain.
+constexpr int kErrorsInARow = 100'000;
+
+bool IsVideoTrack(const AVStream& stream) {
+    return stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO &&
+           (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) == 0;
+}
+
+bool IsDefault(const AVStream& stream) {
+    return (stream.disposition & AV_DISPOSITION_DEFAULT) != 0;
+}
+
+AVRational FrameRate(const AVStream& stream) {
+    return stream.avg_frame_rate.num > 0 && stream.avg_frame_rate.den > 0 ? stream.avg_frame_rate
+                                                                          : stream.r_frame_rate;
+}
+
+}  // namespace
+
+Outcome<VideoStream> VideoStream::Open(const QString& path) {
+    auto file = MediaFile::Open(path);
+    if (!file) {
+        return file.failure();
+    }
+    if (file->IsPicture()) {
+        return FileFailure(Failure::Kind::Unsupported, path,
+                           QStringLiteral("is a picture, not a video."));
+    }
+    VideoStream stream(*std::move(file));
+    if (!stream.file_.FindStreams()) {
+        return FileFailure(Failure::Kind::Unreadable, path,
+                           QStringLiteral("is not a video, or it is damaged."));
+    }
+    if (auto failure = stream.ChooseTrack()) {
+        return *std::move(failure);
+    }
+    if (auto failure = stream.OpenDecoder()) {
+        return *std::move(failure);
+    }
+    return stream;
+}
+
+std::optional<Failure> VideoStream::ChooseTrack() {
+    bool sound = false;
+    for (unsigned i = 0; i < Format()->nb_streams; ++i) {
+        const AVStream& stream = *Format()->streams[i];
+        sound = sound || stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
+        if (IsVideoTrack(stream) && (index_ < 0 || (IsDefault(stream) && !IsDefault(Track())))) {
+            index_ = static_cast<int>(i);
+        }
+    }
+    if (index_ < 0) {
+        return FileFailure(Failure::Kind::Unsupported, Path(),
+                           sound ? QStringLiteral("has no video in it, only sound.")
+                                 : QStringLiteral("has no video in it."));
+    }
+    DiscardOtherTracks();
+    // Without time stamps of its own a file can only be counted through from the beginning.
+    countable_ = (Format()->iformat->flags & AVFMT_NOTIMESTAMPS) == 0;
+    const AVStream& track = Track();
+    const AVRational rate = FrameRate(track);
+    if (rate.num > 0 && rate.den > 0) {
+        nominalTicks_ = std::max<std::int64_t>(1, av_rescale_q(1, av_inv_q(rate), track.time_base));
+    }
+    startTime_ = track.start_time == AV_NOPTS_VALUE ? 0 : track.start_time;
+    return std::nullopt;
+}
+
+std::optional<Failure> VideoStream::OpenDecoder() {
+    const AVCodecParameters& parameters = *Track().codecpar;
+    const AVCodec* codec = avcodec_find_decoder(parameters.codec_id);
+    if (!codec) {
+        return FileFailure(Failure::Kind::Unsupported, Path(),
+                           QStringLiteral("holds video of a kind that cannot be decoded (%1).")
+                               .arg(QLatin1String(avcodec_get_name(parameters.codec_id))));
+    }
+    const long long pixels = static_cast<long long>(parameters.width) * parameters.height;
+    if (parameters.width <= 0 || parameters.height <= 0) {
+        return FileFailure(Failure::Kind::Unreadable, Path(),
+                           QStringLiteral("is not a video, or it is damaged."));
+    }
+    if (pixels > kMaxVideoPixels) {
+        return FileFailure(Failure::Kind::TooLarge, Path(),
+                           QStringLiteral("is too large: %1 x %2 pixels.")
+                               .arg(parameters.width)
+                               .arg(parameters.height));
+    }
+    decoder_.reset(avcodec_alloc_context3(codec));
+    packet_.reset(av_packet_alloc());
+    if (!decoder_ || !packet_ || avcodec_parameters_to_context(decoder_.get(), &parameters) < 0) {
+        return FileFailure(Failure::Kind::TooLarge, Path(),
+                           QStringLiteral("needs too much memory."));
+    }
+    decoder_->pkt_timebase = Track().time_base;
+    decoder_->max_pixels = kMaxVideoPixels;
+    decoder_->thread_count = 0;  // one for each core
+    if (avcodec_open2(decoder_.get(), codec, nullptr) < 0) {
+        return FileFailure(Failure::Kind::Unsupported, Path(),
+                           QStringLiteral("holds video that cannot be decoded (%1).")
+                               .arg(QLatin1String(codec->name)));
+    }
+    return std::nullopt;
+}
+
+std::int64_t VideoStream::TicksOf(double seconds) const {
+    const double ticks = std::floor(seconds / TickSeconds());
+    constexpr double kFar = 9e18;
+    return static_cast<std::int64_t>(std::clamp(ticks, -kFar, kFar));
+}
+
+VideoFrame VideoStream::Next() {
+    FfmpegPtr<AVFrame> frame(av_frame_alloc());
+    while (frame) {
+        const int result = avcodec_receive_frame(decoder_.get(), frame.get());
+        if (result == 0) {
+            errorsInARow_ = 0;
+            return Take(std::move(frame));
+        }
+        if (result == AVERROR(EAGAIN) && !draining_) {
+            Feed();
+        } else if (result == AVERROR_EOF || result == AVERROR(EAGAIN)) {
+            break;
+        } else {
+            NoteError();  // the frames after this one may still come
+            if (++errorsInARow_ > kErrorsInARow) {
+                break;
+            }
+        }
+    }
+    return AtEnd();
+}
+
+// One packet of the track, or the end of the file, to the decoder.
+bool VideoStream::Feed() {
+    for (;;) {
+        const int read = av_read_frame(Format(), packet_.get());
+        if (read < 0) {
+            anyError_ = anyError_ || read != AVERROR_EOF;
+            draining_ = true;
+            return avcodec_send_packet(decoder_.get(), nullptr) >= 0;
+        }
+        if (packet_->stream_index == index_) {
+            break;
+        }
+        av_packet_unref(packet_.get());
+    }
+    if (packet_->dts != AV_NOPTS_VALUE) {
+        readTo_ = packet_->dts;
+    }
+    if (packet_->pts != AV_NOPTS_VALUE && (packet_->flags & AV_PKT_FLAG_DISCARD) == 0) {
+        unseen_.insert(packet_->pts);
+    }
+    if ((packet_->flags & AV_PKT_FLAG_CORRUPT) != 0) {
+        NoteError();
+    }
+    const int sent = avcodec_send_packet(decoder_.get(), packet_.get());
+    av_packet_unref(packet_.get());
+    if (sent < 0) {
+        NoteError();
+    }
+    return sent >= 0;
+}
+
+void VideoStream::NoteError() {
+    anyError_ = true;
+    errorSinceKeyFrame_ = true;
+}
+
+VideoFrame VideoStream::Take(FfmpegPtr<AVFrame> frame) {
+    VideoFrame result;
+    std::int64_t time = frame->best_effort_timestamp;
+    if (time == AV_NOPTS_VALUE) {
+        time = lastTime_ ? *lastTime_ + nominalTicks_ + startTime_ : startTime_;
+    }
+    result.time = time - startTime_;
+    result.duration = frame->pkt_duration > 0 ? frame->pkt_duration : nominalTicks_;
+    const bool ownDamage =
+        frame->decode_error_flags != 0 || (frame->flags & AV_FRAME_FLAG_CORRUPT) != 0;
+    if (ownDamage) {
+        anyError_ = true;
+    }
+    errorSinceKeyFrame_ = ownDamage || (errorSinceKeyFrame_ && frame->key_frame == 0);
+    result.damaged = errorSinceKeyFrame_;
+
+    // A packet may rightly bring no frame (hidden frames, second fields, "same as before"); only
+    // where the decoder complained does one without a frame count as lost.
+    unseen_.erase(frame->pts == AV_NOPTS_VALUE ? time : frame->pts);
+    const auto passed = unseen_.lower_bound(time);
+    if (anyError_ && unseen_.begin() != passed) {
+        result.lostFrom = *unseen_.begin() - startTime_;
+    }
+    unseen_.erase(unseen_.begin(), passed);
+    lastTime_ = result.time;
+    lastEnd_ = result.time + result.duration;
+    result.frame = std::move(frame);
+    return result;
+}
+
+VideoFrame VideoStream::AtEnd() {
+    VideoFrame result;
+    if (anyError_ && !unseen_.empty()) {
+        result.lostFrom = *unseen_.begin() - startTime_;
+    }
+    // A file cut short still promises its full length.
+    const std::int64_t promised = PromisedEnd();
+    if (promised - lastEnd_ > nominalTicks_ + nominalTicks_ / 2) {
+        result.lostFrom = result.lostFrom ? std::min(*result.lostFrom, lastEnd_) : lastEnd_;
+    }
+    return result;
+}
+
+// The end of the track by the file's own word, 0 when it gives none.
+std::int64_t VideoStream::PromisedEnd() const {
+    const AVStream& track = Track();
+    return track.duration == AV_NOPTS_VALUE ? 0 : track.duration;
+}
+
+void VideoStream::Flush() {
+    avcodec_flush_buffers(decoder_.get());
+    unseen_.clear();
+    lastTime_.reset();
+    lastEnd_ = 0;
+    readTo_ = AV_NOPTS_VALUE;
+    draining_ = false;
+    anyError_ = false;
+    errorSinceKeyFrame_ = false;
+}
+
+void VideoStream::Seek(std::int64_t time) {
+    if (time <= 0 || !countable_ ||
+        av_seek_frame(Format(), index_, startTime_ + time, AVSEEK_FLAG_BACKWARD) < 0) {
+        Rewind();
+        return;
+    }
+    Flush();
+    fromBeginning_ = false;
+}
+
+void VideoStream::Rewind() {
+    const std::int64_t early = startTime_ - TicksOf(1) - 1;
+    if (!countable_ || av_seek_frame(Format(), index_, early, AVSEEK_FLAG_BACKWARD) < 0) {
+        Reopen();
+    }
+    Flush();
+    fromBeginning_ = true;
+}
+
+// The way back that works for every container.
+void VideoStream::Reopen() {
+    auto opened = MediaFile::Open(Path());
+    if (!opened) {
+        return;
+    }
+    MediaFile file = *std::move(opened);
+    if (file.FindStreams() && index_ < static_cast<int>(file.Format()->nb_streams) &&
+        file.Format()->streams[index_]->codecpar->codec_id == Track().codecpar->codec_id) {
+        file_ = std::move(file);
+        DiscardOtherTracks();
+    }
+}
+
+void VideoStream::DiscardOtherTracks() {
+    for (unsigned i = 0; i < Format()->nb_streams; ++i) {
+        if (static_cast<int>(i) != index_) {
+            Format()->streams[i]->discard = AVDISCARD_ALL;
+        }
+    }
+}
+
+bool VideoStream::KeyFrameAhead(std::int64_t time) const {
+    if (draining_ || readTo_ == AV_NOPTS_VALUE) {
+        return false;
+    }
+    AVStream* track = file_.Format()->streams[index_];
+    const std::int64_t wanted = startTime_ + time;
+    const int count = avformat_index_get_entries_count(track);
+    const AVIndexEntry* last = count > 0 ? avformat_index_get_entry(track, count - 1) : nullptr;
+    if (last && last->timestamp >= wanted) {
+        const AVIndexEntry* key =
+            avformat_index_get_entry_from_timestamp(track, wanted, AVSEEK_FLAG_BACKWARD);
+        return key && key->timestamp > readTo_ + kFramesWorthSeeking * nominalTicks_;
+    }
+    return wanted > readTo_ &&
+           static_cast<double>(wanted - readTo_) * TickSeconds() > kSecondsWorthSeeking;
+}
+
+}  // namespace lumirra

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <set>
+
+#include "sources/video/MediaFile.h"
+
+namespace lumirra {
+
+/// A decoded frame. Times are in ticks of the stream's time base, from the stream's start.
+struct VideoFrame {
+    FfmpegPtr<AVFrame> frame;
+    std::int64_t time = 0;
+    std::int64_t duration = 0;  ///< nominal when the file does not say
+    bool damaged = false;       ///< parts of it, or of what it builds on, are guesses
+    /// The first time after the frame before at which a frame was lost to damage.
+    std::optional<std::int64_t> lostFrom;
+};
+
+/// The video track of a file: frames in order of display from any point that the file can be
+/// entered at. Not thread-safe; may move between threads.
+class VideoStream {
+  public:
+    static Outcome<VideoStream> Open(const QString& path);
+
+    /// The frame after the last one given; a null frame at the end (its `lostFrom` says from when
+    /// on frames that the file promises are missing).
+    VideoFrame Next();
+    /// Goes on from a point that is probably not after `time`: the caller checks the first frame
+    /// and asks for an earlier time if needed. The start of the stream is always reached.
+    void Seek(std::int64_t time);
+    void Rewind();
+    bool AtBeginning() const { return fromBeginning_; }
+    /// Whether seeking to `time` is better than decoding on from where the stream stands.
+    bool KeyFrameAhead(std::int64_t time) const;
+
+    const AVStream& Track() const { return *file_.Format()->streams[index_]; }
+    AVFormatContext* Format() const { return file_.Format(); }
+    const AVCodecContext& Decoder() const { return *decoder_; }
+    const QString& Path() const { return file_.Path(); }
+    std::int64_t StartTime() const { return startTime_; }
+    double TickSeconds() const { return av_q2d(Track().time_base); }
+    /// Of one frame, at least one tick.
+    std::int64_t NominalTicks() const { return nominalTicks_; }
+    std::int64_t TicksOf(double seconds) const;
+
+  private:
+    explicit VideoStream(MediaFile file) : file_(std::move(file)) {}
+
+    std::optional<Failure> ChooseTrack();
+    std::optional<Failure> OpenDecoder();
+    bool Feed();
+    void NoteError();
+    VideoFrame Take(FfmpegPtr<AVFrame> frame);
+    VideoFrame AtEnd();
+    void Flush();
+    void Reopen();
+    void DiscardOtherTracks();
+    std::int64_t PromisedEnd() const;
+
+    MediaFile file_;
+    FfmpegPtr<AVCodecContext> decoder_;
+    FfmpegPtr<AVPacket> packet_;
+    int index_ = -1;
+    std::int64_t startTime_ = 0;  // ticks, as the file counts
+    std::int64_t nominalTicks_ = 1;
+    bool countable_ = true;
+
+    // since the last seek:
+    std::set<std::int64_t> unseen_;  // time stamps of packets whose frames have not come
+    std::optional<std::int64_t> lastTime_;
+    std::int64_t lastEnd_ = 0;
+    std::int64_t readTo_ = AV_NOPTS_VALUE;  // decoding time stamp of the last packet
+    bool fromBeginning_ = true;
+    bool draining_ = false;
+    int errorsInARow_ = 0;
+    bool anyError_ = false;
+    bool errorSinceKeyFrame_ = false;
+};
+
+}  // namespace lumirra
