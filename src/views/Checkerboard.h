@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QRectF>
+
+class QPainter;
+
+namespace lumirra {
+
+struct ThemeColours;
+
+/// The squares that stand for "transparent" behind a picture, `side` pixels each.
+void DrawCheckerboard(QPainter& painter, const QRectF& rect, const ThemeColours& colours,
+                      int side = 8);
+
+}  // namespace lumirra

@@ -1,0 +1,37 @@
+#include "views/Theme.h"
+
+#include <QApplication>
+#include <QPalette>
+
+#include "views/style/Colours.h"
+#include "views/style/WindowStyle.h"
+
+namespace lumirra {
+namespace {
+
+bool DesktopIsDark() {
+    const QString gtkTheme = qEnvironmentVariable("GTK_THEME").toLower();
+    if (!gtkTheme.isEmpty()) {
+        return gtkTheme.endsWith(QLatin1String("dark"));
+    }
+    return QApplication::palette().color(QPalette::Window).lightness() < 128;
+}
+
+}  // namespace
+
+Theme::Theme(QApplication& application)
+    : application_(application), desktopIsDark_(DesktopIsDark()) {
+    application_.setStyle(new WindowStyle);
+    SetChoice(ThemeChoice::System);
+}
+
+void Theme::SetChoice(ThemeChoice choice) {
+    choice_ = choice;
+    application_.setPalette(PaletteFor(IsDark() ? DarkColours() : LightColours()));
+}
+
+bool Theme::IsDark() const {
+    return choice_ == ThemeChoice::System ? desktopIsDark_ : choice_ == ThemeChoice::Dark;
+}
+
+}  // namespace lumirra
