@@ -55,8 +55,8 @@ std::array<float, 9> HueMatrix(double degrees) {
 }  // namespace
 
 bool ColorSteps::IsNeutral() const {
-    return !brightness && !contrast && !saturation && !exposureFactor && !gamma && !hueMatrix &&
-           !look && !quantization;
+    return !brightness && !contrast && !saturation && !exposure && !gamma && !hueMatrix && !look &&
+           !quantization;
 }
 
 ColorSteps ColorStepsOf(const EffectSettings& settings) {
@@ -64,8 +64,8 @@ ColorSteps ColorStepsOf(const EffectSettings& settings) {
     steps.brightness = Step(settings.brightness, 0, -2, 2);
     steps.contrast = Step(settings.contrast, 1, -1e6F, 1e6F);
     steps.saturation = Step(settings.saturation, 1, -1e6F, 1e6F);
-    if (const auto exposure = Step(settings.exposure, 0, -64, 64)) {
-        steps.exposureFactor = std::exp2(*exposure);
+    if (const auto stops = Step(settings.exposure, 0, -64, 64)) {
+        steps.exposure = Exposure{*stops, std::exp2(*stops)};
     }
     steps.gamma = Step(settings.gamma, 1, 0, 1e3F);
     if (std::isfinite(settings.hue) && std::fmod(settings.hue, 360.0F) != 0) {

@@ -16,13 +16,19 @@ struct PhotoLook {
     std::array<std::array<float, 4>, 3> curve;  ///< polynomial in c, constant first
 };
 
+/// Multiplies by `factor` = 2^stops.
+struct Exposure {
+    float stops;
+    float factor;
+};
+
 /// What is done to each pixel by itself, in this order, colours clamped to 0..1 after every step. A
 /// neutral step is absent. All values are finite.
 struct ColorSteps {
     std::optional<float> brightness;
     std::optional<float> contrast;
     std::optional<float> saturation;
-    std::optional<float> exposureFactor;
+    std::optional<Exposure> exposure;
     std::optional<float> gamma;                     ///< not negative
     std::optional<std::array<float, 9>> hueMatrix;  ///< row by row
     std::optional<PhotoLook> look;

@@ -94,15 +94,20 @@ HWY_INLINE Float AlphaOf(Word pixels) {
     return hn::Mul(LowByte(hn::ShiftRight<24>(pixels)), All(1.0F / 255));
 }
 
+/// 2^23: a float of this size has its whole number in its lowest bits.
+constexpr float kRounder = 8388608;
+
 /// Colours of 0..1 rounded to bytes, with the highest byte of `alphaFrom`.
 HWY_INLINE Word PixelsOf(const Color& color, Word alphaFrom) {
-    const auto byte = [](Float c) {
-        const Float scaled = hn::MulAdd(c, All(255), All(0.5F));
-        return hn::BitCast(Words(), hn::ConvertTo(Ints(), scaled));
+    // The sum rounds; a shift by a byte or more drops the bits that are not the number.
+    const auto rounded = [](Float c) {
+        return hn::BitCast(Words(), hn::MulAdd(c, All(255), All(kRounder)));
     };
+    const Word red = hn::And(rounded(color.r), hn::Set(Words(), 0xFF));
+    const Word green = hn::ShiftLeft<8>(rounded(color.g));
+    const Word blue = hn::ShiftLeft<16>(rounded(color.b));
     const Word alpha = hn::And(alphaFrom, hn::Set(Words(), 0xFF000000U));
-    return hn::Or(hn::Or(byte(color.r), hn::ShiftLeft<8>(byte(color.g))),
-                  hn::Or(hn::ShiftLeft<16>(byte(color.b)), alpha));
+    return hn::Or(hn::Or(red, green), hn::Or(blue, alpha));
 }
 
 HWY_INLINE Color LoadPlanes(const Planes& row, std::size_t x) {

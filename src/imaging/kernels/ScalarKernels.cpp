@@ -60,8 +60,8 @@ void ApplySteps(const ColorSteps& steps, Color& color) {
         const float grey = Luminance(color);
         ForEach(color, [&](float c) { return grey + (c - grey) * *steps.saturation; });
     }
-    if (steps.exposureFactor) {
-        ForEach(color, [&](float c) { return c * *steps.exposureFactor; });
+    if (steps.exposure) {
+        ForEach(color, [&](float c) { return c * steps.exposure->factor; });
     }
     if (steps.gamma) {
         ForEach(color, [&](float c) { return std::pow(c, *steps.gamma); });
@@ -92,7 +92,7 @@ Color LoadColor(const std::uint8_t* pixel) {
 
 void StoreColor(const Color& color, std::uint8_t alpha, std::uint8_t* pixel) {
     for (std::size_t i = 0; i < 3; ++i) {
-        pixel[i] = static_cast<std::uint8_t>(color[i] * 255 + 0.5F);
+        pixel[i] = static_cast<std::uint8_t>(std::nearbyint(color[i] * 255));
     }
     pixel[3] = alpha;
 }
