@@ -11,16 +11,30 @@
 
 namespace lumirra {
 
-/// The positions of an automatic run over a video.
+/// The positions of an automatic run over a video: a forward pass and, when circular, the way back
+/// to the start, the frame at the end taken once.
 struct ExtractionPlan {
     int count = 1;    ///< frames of the forward pass
     double step = 0;  ///< in position units
+    double start = 0;
     bool circular = false;
-    std::vector<double> positions;  ///< in order of storing, the backward pass included
+
+    int Total() const { return circular ? 2 * count - 1 : count; }
+    /// The forward frame that the picture stored as number `index` (0..Total()-1) shows.
+    int FrameOf(int index) const { return index < count ? index : 2 * count - 2 - index; }
+    double PositionOf(int index) const { return FrameOf(index) * step + start; }
+    double PercentAfter(int index) const { return (index + 1) * 100.0 / Total(); }
 };
 
-ExtractionPlan PlanExtraction(const ExtractionSettings& settings, double durationSeconds,
-                              float startPosition, float endPosition);
+/// The most frames one pass may have; a plan of more fails as `TooLarge`.
+inline constexpr int kMaxPlannedFrames = 100'000'000;
+
+/// A number of frames spread over the markers, or as many as it takes for no two to be further
+/// apart than the interval. A video without duration and a single frame: the frame at the start.
+/// Values that are not finite, less than one frame and an interval that is not positive are refused
+/// as `Invalid`.
+Outcome<ExtractionPlan> PlanExtraction(const ExtractionSettings& settings, double durationSeconds,
+                                       float startPosition, float endPosition);
 
 /// What a run works on; a copy, so that nothing changes under it.
 struct ExtractionJob {
@@ -36,18 +50,20 @@ struct ExtractionJob {
 struct ExtractionProgress {
     int stored = 0;  ///< pictures dealt with so far
     int total = 0;
-    int percent = 0;  ///< of the window's progress bar
+    double percent = 0;  ///< of the window's progress bar
 };
 
 struct ExtractionResult {
-    QStringList framePaths;         ///< complete frames, in order
+    QStringList framePaths;         ///< complete frames, in order; sorting by name keeps it
     std::vector<Failure> problems;  ///< pictures left out or not whole, in order
     bool stopped = false;           ///< by the stop token; frames stored so far stay
 };
 
 /// Reads, renders and stores every picture of the job, in order whatever the number of threads.
 /// `onFrame` is called for each stored path and `onProgress` after each picture, both on the
-/// calling thread and in order. Memory does not grow with the number of frames.
+/// calling thread and in order. A picture that cannot be read or written is left out; one that has
+/// no area, or a directory that takes no files, ends the run. Nothing is thrown but what the two
+/// callbacks throw. Memory does not grow with the number of frames.
 ExtractionResult RunExtraction(const ExtractionJob& job, std::stop_token stop,
                                const std::function<void(const QString&)>& onFrame,
                                const std::function<void(const ExtractionProgress&)>& onProgress);

@@ -9,6 +9,8 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <filesystem>
+#include <system_error>
 
 #include "imaging/CropScale.h"
 #include "imaging/ImageFile.h"
@@ -28,6 +30,23 @@ std::int64_t NextMillisecond() {
     while (!last.compare_exchange_weak(before, std::max(now, before + 1))) {
     }
     return std::max(now, before + 1);
+}
+
+/// By way of a file beside the target, which takes its name when it is complete.
+bool CopyFile(const QString& from, const QString& to) {
+    const std::filesystem::path target(QFile::encodeName(to).toStdString());
+    const std::filesystem::path beside(target.native() + ".new");
+    std::error_code error;
+    std::filesystem::copy_file(QFile::encodeName(from).toStdString(), beside,
+                               std::filesystem::copy_options::overwrite_existing, error);
+    if (!error) {
+        std::filesystem::rename(beside, target, error);
+    }
+    if (error) {
+        std::error_code ignored;
+        std::filesystem::remove(beside, ignored);
+    }
+    return !error;
 }
 
 }  // namespace
@@ -60,7 +79,20 @@ Outcome<QString> NextFramePath(const QString& directory) {
     }
 }
 
+Outcome<Done> CopyFrame(const QString& fromFramePath, const QString& framePath) {
+    if (CopyFile(fromFramePath, framePath) &&
+        CopyFile(ThumbnailPath(fromFramePath), ThumbnailPath(framePath))) {
+        return Done{};
+    }
+    RemoveFrame(framePath);
+    return Failure{Failure::Kind::NotWritable,
+                   QStringLiteral("The frame \"%1\" cannot be stored.").arg(framePath), framePath};
+}
+
 void RemoveFrame(const QString& framePath) {
+    if (framePath.isEmpty()) {
+        return;
+    }
     QFile::remove(framePath);
     QFile::remove(ThumbnailPath(framePath));
 }

@@ -27,6 +27,9 @@ inline constexpr double kMaxThumbnailHeight = 32767;
 /// appends the path to its list. Any thread.
 Outcome<Done> StoreFrame(const QImage& picture, const QString& framePath);
 
+/// Makes `framePath` and its thumbnail copies of another frame's; both or neither stay. Any thread.
+Outcome<Done> CopyFrame(const QString& fromFramePath, const QString& framePath);
+
 /// Removes the frame's file and its thumbnail, as far as they are there.
 void RemoveFrame(const QString& framePath);
 
