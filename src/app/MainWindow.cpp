@@ -3,6 +3,7 @@
 #include <QActionGroup>
 #include <QSettings>
 
+#include "app/ControlDressing.h"
 #include "ui_MainWindow.h"
 #include "views/Icons.h"
 #include "views/Theme.h"
@@ -24,6 +25,7 @@ QString Key(const char* name) {
 MainWindow::MainWindow(Theme& theme) : controls_(std::make_unique<Ui::MainWindow>()) {
     controls_->setupUi(this);
     setWindowIcon(DrawnIcon(QStringLiteral("app")));
+    DressControls(*this);
     ApplyIcons(*this);
     PreparePanel();
     PrepareThemeMenu(theme);

@@ -11,8 +11,9 @@ namespace lumirra {
 
 class Theme;
 
-/// The window without its behaviour: every control of the interface file, its icons, the theme
-/// menu, and the places of the splitters remembered from run to run.
+/// The window without its behaviour: every control of the interface file, dressed by the table of
+/// controls but without a value, its icons, the theme menu, and the places of the splitters
+/// remembered from run to run.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
