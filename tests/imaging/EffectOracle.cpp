@@ -13,7 +13,7 @@ namespace lumirra::oracle {
 namespace {
 
 constexpr double kFloatError = 1.2e-7;  // two roundings to single precision
-constexpr double kPowerError = 2e-5;    // what the kernels promise for x^gamma
+constexpr double kPowerError = 5e-6;    // times 1 + gamma: what the kernels promise for x^gamma
 
 using Color = std::array<Interval, 3>;
 
@@ -128,7 +128,7 @@ void Adjust(const EffectSettings& s, Color& color) {
     if (s.gamma != 1) {
         ForEach(color, [&](Interval c) {
             const Interval power = {std::pow(c.low, s.gamma), std::pow(c.high, s.gamma)};
-            return Widened(power, power.high * kPowerError);
+            return Widened(power, power.high * kPowerError * (1 + s.gamma));
         });
     }
     if (std::fmod(s.hue, 360.0F) != 0) {

@@ -55,19 +55,25 @@ std::array<float, 9> HueMatrix(double degrees) {
 }  // namespace
 
 bool ColorSteps::IsNeutral() const {
-    return !brightness && !contrast && !saturation && !exposure && !gamma && !hueMatrix && !look &&
-           !quantization;
+    return !brightness && !contrast && !saturation && !exposureFactor && !gamma && !hueMatrix &&
+           !look && !quantization;
 }
 
 ColorSteps ColorStepsOf(const EffectSettings& settings) {
     ColorSteps steps;
     steps.brightness = Step(settings.brightness, 0, -2, 2);
-    steps.contrast = Step(settings.contrast, 1, -1e6F, 1e6F);
-    steps.saturation = Step(settings.saturation, 1, -1e6F, 1e6F);
-    if (const auto stops = Step(settings.exposure, 0, -64, 64)) {
-        steps.exposure = Exposure{*stops, std::exp2(*stops)};
+    if (const auto contrast = Step(settings.contrast, 1, -1e6F, 1e6F)) {
+        steps.contrast = Linear{*contrast, 0.5F - 0.5F * *contrast};
     }
-    steps.gamma = Step(settings.gamma, 1, 0, 1e3F);
+    if (const auto saturation = Step(settings.saturation, 1, -1e6F, 1e6F)) {
+        steps.saturation = Linear{*saturation, 1 - *saturation};
+    }
+    const float stops = Step(settings.exposure, 0, -64, 64).value_or(0);
+    if (const auto gamma = Step(settings.gamma, 1, 0, 1e3F)) {
+        steps.gamma = Power{*gamma, *gamma * stops, *gamma > 0 ? 0.0F : 1.0F};
+    } else if (stops != 0) {
+        steps.exposureFactor = std::exp2(stops);
+    }
     if (std::isfinite(settings.hue) && std::fmod(settings.hue, 360.0F) != 0) {
         steps.hueMatrix = HueMatrix(std::fmod(double{settings.hue}, 360.0));
     }

@@ -16,20 +16,27 @@ struct PhotoLook {
     std::array<std::array<float, 4>, 3> curve;  ///< polynomial in c, constant first
 };
 
-/// Multiplies by `factor` = 2^stops.
-struct Exposure {
-    float stops;
+/// c * factor + offset.
+struct Linear {
     float factor;
+    float offset;
+};
+
+/// (c * 2^stops)^power, as 2^(log2(c) * power + offset) with offset = stops * power.
+struct Power {
+    float power;
+    float offset;
+    float ofZero;  ///< what zero gives
 };
 
 /// What is done to each pixel by itself, in this order, colours clamped to 0..1 after every step. A
 /// neutral step is absent. All values are finite.
 struct ColorSteps {
     std::optional<float> brightness;
-    std::optional<float> contrast;
-    std::optional<float> saturation;
-    std::optional<Exposure> exposure;
-    std::optional<float> gamma;                     ///< not negative
+    std::optional<Linear> contrast;
+    std::optional<Linear> saturation;     ///< the offset is a share of the luminance
+    std::optional<float> exposureFactor;  ///< absent when the gamma step does it
+    std::optional<Power> gamma;
     std::optional<std::array<float, 9>> hueMatrix;  ///< row by row
     std::optional<PhotoLook> look;
     std::optional<float> quantization;  ///< floor(c * q + 0.5) / q; 0 gives black

@@ -54,17 +54,20 @@ void ApplySteps(const ColorSteps& steps, Color& color) {
         ForEach(color, [&](float c) { return c + *steps.brightness; });
     }
     if (steps.contrast) {
-        ForEach(color, [&](float c) { return (c - 0.5F) * *steps.contrast + 0.5F; });
+        ForEach(color,
+                [&](float c) { return c * steps.contrast->factor + steps.contrast->offset; });
     }
     if (steps.saturation) {
-        const float grey = Luminance(color);
-        ForEach(color, [&](float c) { return grey + (c - grey) * *steps.saturation; });
+        const float grey = Luminance(color) * steps.saturation->offset;
+        ForEach(color, [&](float c) { return c * steps.saturation->factor + grey; });
     }
-    if (steps.exposure) {
-        ForEach(color, [&](float c) { return c * steps.exposure->factor; });
+    if (steps.exposureFactor) {
+        ForEach(color, [&](float c) { return c * *steps.exposureFactor; });
     }
-    if (steps.gamma) {
-        ForEach(color, [&](float c) { return std::pow(c, *steps.gamma); });
+    if (const auto& gamma = steps.gamma) {
+        ForEach(color, [&](float c) {
+            return c > 0 ? std::exp2(std::log2(c) * gamma->power + gamma->offset) : gamma->ofZero;
+        });
     }
     if (steps.hueMatrix) {
         color = Transform(*steps.hueMatrix, color);
