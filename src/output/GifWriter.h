@@ -18,6 +18,7 @@ struct GifRequest {
     FrameFitMode fitMode = FrameFitMode::CenterOnCanvas;
     double delaySeconds = 0.1;  ///< rounded to hundredths, 1..65535 of them
     double loopCount = 0;       ///< 0 writes no loop field
+    int quality = 90;           ///< 1..100; fewer bytes below, fewer errors above
     int threads = 0;            ///< 0: one for each core; the bytes do not depend on it
 };
 

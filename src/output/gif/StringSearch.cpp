@@ -1,0 +1,488 @@
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "output/gif/StringSearch.cpp"
+#include <hwy/foreach_target.h>  // IWYU pragma: keep
+// The rest is compiled once for each machine level.
+#include <hwy/highway.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "output/gif/CodeWriter.h"
+#include "output/gif/Dictionary.h"
+#include "output/gif/Masking.h"
+#include "output/gif/StringSearch.h"
+#include "output/gif/Tone.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace lumirra::gif::HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+constexpr float kNever = 1e30F;
+constexpr float kFarTone = 1e6F;
+constexpr float kLargestPassedOn = 48;
+
+/// All that the search needs to know of one pixel.
+struct alignas(32) Pixel {
+    Tone target;
+    float weight = 0;
+    Tone shown;
+    float keepError = kNever;
+};
+
+float Limited(float value) {
+    return std::clamp(value, -kLargestPassedOn, kLargestPassedOn);
+}
+
+/// Masked squared distances of a block's children from a colour.
+template <class D>
+HWY_INLINE hn::Vec<D> Errors(D d, const Dictionary::Block& block, std::size_t lane,
+                             const Tone& target, float weight) {
+    const auto y = hn::Sub(hn::Load(d, &block.y[lane]), hn::Set(d, target.y));
+    const auto u = hn::Sub(hn::Load(d, &block.u[lane]), hn::Set(d, target.u));
+    const auto v = hn::Sub(hn::Load(d, &block.v[lane]), hn::Set(d, target.v));
+    return hn::Mul(hn::Set(d, weight),
+                   hn::Add(hn::Add(hn::Mul(y, y), hn::Mul(u, u)), hn::Mul(v, v)));
+}
+
+class Searcher {
+  public:
+    Searcher(const SearchJob& job, Screen& screen, std::vector<std::uint8_t>& data)
+        : job_(job),
+          tuning_(job.tuning),
+          goal_(*job.goal),
+          screen_(screen),
+          width_(static_cast<std::size_t>(goal_.width)),
+          reach_(SearchReach(goal_.width)),
+          ringSize_(width_ * static_cast<std::size_t>(reach_ + 2)),
+          ring_(ringSize_),
+          weights_(width_),
+          rightShare_(tuning_.diffusion * 7 / 16),
+          keepIndex_(static_cast<unsigned>(job.palette->size())),
+          data_(data) {}
+
+    bool Run() {
+        StartData();
+        CodeWriter writer(data_);
+        writer_ = &writer;
+        writer.Put(dictionary_.ClearCode(), codeWidth_);
+        const std::size_t total = goal_.Size();
+        while (position_ < total) {
+            const auto row = static_cast<int>(position_ / width_);
+            if (row >= row_ && !EnterRow(row)) {
+                return false;
+            }
+            Foresee();
+            CodeString(FindString());
+        }
+        writer.Put(dictionary_.EndCode(), codeWidth_);
+        writer.Finish();
+        job_.rowsDone(goal_.height);
+        return true;
+    }
+
+  private:
+    void StartData() {
+        std::vector<Tone> tones;
+        tones.reserve(keepIndex_ + 1);
+        for (const Rgba& color : *job_.palette) {
+            tones.push_back(ToneOf(color));
+        }
+        tones.push_back({});
+        const int bits = CodeBitsFor(tones.size());
+        dictionary_.Configure(tones, static_cast<int>(keepIndex_), bits);
+        data_.push_back(static_cast<std::uint8_t>(bits));
+        ResetCodes();
+        price_ = tuning_.lambda * 3;
+        spent_ = price_ * 20;
+        covered_ = 20;
+    }
+
+    void ResetCodes() {
+        codeWidth_ = dictionary_.CodeBits() + 1;
+        nextCode_ = dictionary_.EndCode() + 1;
+        codesSinceFull_ = 0;
+        previous_ = Dictionary::kNone;
+    }
+
+    /// Makes every row ready that a string starting in row `y` may reach.
+    bool EnterRow(int y) {
+        const int last = std::min(y + reach_, goal_.height - 1);
+        if (!job_.waitForRows(last + 1)) {
+            return false;
+        }
+        for (; filled_ <= last; ++filled_) {
+            FillRow(filled_);
+        }
+        end_ = static_cast<std::size_t>(last + 1) * width_;
+        row_ = y + 1;
+        job_.rowsDone(y);
+        return true;
+    }
+
+    void FillRow(int y) {
+        MaskingRow(goal_, y, weights_.data());
+        Pixel* pixels = &ring_[RingIndex(static_cast<std::size_t>(y) * width_)];
+        const Rgba* goal = goal_.Row(y);
+        const Rgba* shown = screen_.shown.Row(y);
+        const Rgba* drawn = screen_.drawnGoal.Row(y);
+        for (std::size_t x = 0; x < width_; ++x) {
+            pixels[x] =
+                Prepare(goal[x], job_.blankScreen ? Rgba{} : shown[x], drawn[x], weights_[x]);
+        }
+    }
+
+    Pixel Prepare(Rgba goal, Rgba shown, Rgba drawn, float weight) const {
+        Pixel pixel;
+        pixel.weight = weight;
+        if (goal.a == 0) {
+            pixel.target = {kFarTone, kFarTone, kFarTone};
+            pixel.shown = pixel.target;
+            pixel.keepError = 0;
+            return pixel;
+        }
+        pixel.target = ToneOf(goal);
+        if (shown.a == 0) {
+            return pixel;
+        }
+        pixel.shown = ToneOf(shown);
+        if (job_.exact) {
+            pixel.keepError = shown == goal ? 0 : kNever;
+            return pixel;
+        }
+        const float moved = Distance(pixel.target, ToneOf(drawn)) - tuning_.deadZone;
+        const float wrong = Distance(pixel.target, pixel.shown);
+        pixel.keepError = weight * (std::max(moved, 0.0F) + tuning_.refine * wrong);
+        return pixel;
+    }
+
+    std::size_t RingIndex(std::size_t position) const { return position % ringSize_; }
+
+    /// The code of the string that starts at `position_`.
+    unsigned FindString() {
+        best_ = -kNever;
+        bestCode_ = Dictionary::kNone;
+        visitsLeft_ = tuning_.visits;
+        cap_ = job_.exact ? 0.001F : tuning_.errorCap * price_;
+        hope_ = tuning_.optimism * price_;
+        if (TakeKeptRun()) {
+            return bestCode_;
+        }
+        VisitRoot();
+        return bestCode_;
+    }
+
+    /// A run of pixels that may be kept for nothing needs no search.
+    bool TakeKeptRun() {
+        unsigned node = Dictionary::kRoot;
+        std::size_t index = RingIndex(position_);
+        std::size_t at = position_;
+        for (; at < end_; ++at) {
+            if (ring_[index].keepError > 0.02F * price_) {
+                return false;
+            }
+            const unsigned child = dictionary_.At(node).keepChild;
+            if (child == Dictionary::kNone) {
+                break;
+            }
+            node = child;
+            index = Next(index);
+        }
+        bestCode_ = node;
+        return true;
+    }
+
+    std::size_t Next(std::size_t index) const { return index + 1 == ringSize_ ? 0 : index + 1; }
+
+    struct Candidate {
+        float error;
+        unsigned code;
+    };
+
+    void VisitRoot() {
+        const std::size_t index = RingIndex(position_);
+        const Pixel& pixel = ring_[index];
+        std::array<Candidate, 257> found;
+        std::size_t count = 0;
+        const Dictionary::Node& root = dictionary_.At(Dictionary::kRoot);
+        if (pixel.keepError < kNever) {
+            found[count++] = {pixel.keepError, keepIndex_};
+        }
+        float least = count > 0 ? pixel.keepError : kNever;
+        const hn::CappedTag<float, Dictionary::kBlockLanes> d;
+        for (unsigned block = root.firstBlock; block != Dictionary::kNone;
+             block = dictionary_.BlockAt(block).next) {
+            const Dictionary::Block& children = dictionary_.BlockAt(block);
+            alignas(64) std::array<float, Dictionary::kBlockLanes> errors;
+            for (std::size_t lane = 0; lane < Dictionary::kBlockLanes; lane += hn::Lanes(d)) {
+                hn::Store(Errors(d, children, lane, pixel.target, pixel.weight), d, &errors[lane]);
+            }
+            for (std::size_t lane = 0; lane < children.used; ++lane) {
+                if (errors[lane] < least) {
+                    least = errors[lane];
+                }
+                if (errors[lane] <= cap_ || errors[lane] == least) {
+                    found[count++] = {errors[lane], children.code[lane]};
+                }
+            }
+        }
+        constexpr std::size_t kCandidates = 16;
+        const std::size_t kept = std::min(count, kCandidates);
+        std::partial_sort(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(kept),
+                          found.begin() + static_cast<std::ptrdiff_t>(count),
+                          [](const Candidate& a, const Candidate& b) {
+                              return a.error != b.error ? a.error < b.error : a.code < b.code;
+                          });
+        // The best single pixel is always allowed; others only below the cap.
+        for (std::size_t i = 0; i < kept && (i == 0 || found[i].error <= cap_); ++i) {
+            Take(found[i].code, found[i].error, position_, index, pixel.target, 0);
+        }
+    }
+
+    /// Goes on to `code`, whose last pixel is the one at `position` and costs `error`.
+    void Take(unsigned code, float error, std::size_t position, std::size_t index,
+              const Tone& wanted, float score) {
+        const float reached = score + price_ - error;
+        if (reached > best_) {
+            best_ = reached;
+            bestCode_ = code;
+        }
+        const Dictionary::Node& node = dictionary_.At(code);
+        if (node.height == 0 || position + 1 == end_ ||
+            reached + hope_ * static_cast<float>(node.height) <= best_) {
+            return;
+        }
+        const std::size_t next = Next(index);
+        Tone target = ring_[next].target;
+        if ((position + 1) % width_ != 0 && wanted.y < kFarTone) {
+            const Tone& color =
+                node.color == keepIndex_ ? ring_[index].shown : dictionary_.PaletteTone(node.color);
+            target.y += rightShare_ * Limited(wanted.y - color.y);
+            target.u += rightShare_ * Limited(wanted.u - color.u);
+            target.v += rightShare_ * Limited(wanted.v - color.v);
+        }
+        Visit(node, position + 1, next, target, reached);
+    }
+
+    void Visit(const Dictionary::Node& node, std::size_t position, std::size_t index,
+               const Tone& target, float score) {
+        if (--visitsLeft_ < 0) {
+            return;
+        }
+        const Pixel& pixel = ring_[index];
+        if (node.keepChild != Dictionary::kNone && pixel.keepError <= cap_) {
+            Take(node.keepChild, pixel.keepError, position, index, target, score);
+        }
+        const hn::CappedTag<float, Dictionary::kBlockLanes> d;
+        for (unsigned block = node.firstBlock; block != Dictionary::kNone;
+             block = dictionary_.BlockAt(block).next) {
+            const Dictionary::Block& children = dictionary_.BlockAt(block);
+            // An error beyond this can no longer lead to the best string.
+            const float limit = std::min(
+                cap_, score + price_ - best_ + hope_ * static_cast<float>(node.height - 1));
+            for (std::size_t lane = 0; lane < Dictionary::kBlockLanes; lane += hn::Lanes(d)) {
+                const auto errors = Errors(d, children, lane, target, pixel.weight);
+                const auto good = hn::Lt(errors, hn::Set(d, limit));
+                if (hn::AllFalse(d, good)) {
+                    continue;
+                }
+                alignas(64) std::array<float, Dictionary::kBlockLanes> values;
+                hn::Store(errors, d, values.data());
+                for (std::size_t i = 0; i < hn::Lanes(d); ++i) {
+                    if (values[i] < limit) {
+                        Take(children.code[lane + i], values[i], position, index, target, score);
+                    }
+                }
+            }
+        }
+    }
+
+    void CodeString(unsigned code) {
+        const Dictionary::Node& node = dictionary_.At(code);
+        string_.resize(node.length);
+        for (unsigned up = code, i = node.length; i > 0; --i, up = dictionary_.At(up).parent) {
+            string_[i - 1] = dictionary_.At(up).color;
+        }
+        const float bits = tuning_.lambda * static_cast<float>(codeWidth_);
+        const float error = DrawString();
+        spent_ = spent_ * kMemory + error + bits;
+        covered_ = covered_ * kMemory + static_cast<float>(string_.size());
+        price_ = spent_ / covered_;
+        PutCode(code);
+    }
+
+    void PutCode(unsigned code) {
+        writer_->Put(code, codeWidth_);
+        if (previous_ != Dictionary::kNone && nextCode_ < Dictionary::kMaxCodes) {
+            Learn(string_.front());
+            ++nextCode_;
+            if (nextCode_ == 1U << static_cast<unsigned>(codeWidth_) && codeWidth_ < 12) {
+                ++codeWidth_;
+            }
+        }
+        previous_ = code;
+        if (nextCode_ == Dictionary::kMaxCodes && ++codesSinceFull_ > tuning_.codesAfterFull) {
+            writer_->Put(dictionary_.ClearCode(), codeWidth_);
+            dictionary_.Clear();
+            ResetCodes();
+        }
+    }
+
+    /// The string that the reader is about to learn is the one before plus the first pixel of the
+    /// next. If that is the same pixel as its own first, the next code may already be the new one.
+    void Foresee() {
+        foreseen_ = false;
+        if (previous_ == Dictionary::kNone || nextCode_ >= Dictionary::kMaxCodes) {
+            return;
+        }
+        const unsigned first = string_.front();
+        if (dictionary_.Find(previous_, first) == Dictionary::kNone) {
+            dictionary_.Add(previous_, first, nextCode_);
+            foreseen_ = true;
+        }
+    }
+
+    void Learn(unsigned first) {
+        if (foreseen_) {
+            if (dictionary_.At(nextCode_).color == first) {
+                return;
+            }
+            dictionary_.RemoveNewest(previous_, nextCode_);
+        }
+        if (dictionary_.Find(previous_, first) == Dictionary::kNone) {
+            dictionary_.Add(previous_, first, nextCode_);
+        }
+    }
+
+    /// Puts the pixels of `string_` on the screen and spreads their errors. Returns the error.
+    float DrawString() {
+        float total = 0;
+        std::size_t index = RingIndex(position_);
+        for (const std::uint8_t color : string_) {
+            total += DrawPixel(color, index);
+            ++position_;
+            index = Next(index);
+        }
+        return total;
+    }
+
+    float DrawPixel(unsigned color, std::size_t index) {
+        Pixel& pixel = ring_[index];
+        const bool kept = color == keepIndex_;
+        if (pixel.target.y >= kFarTone * 0.5F) {
+            screen_.shown.pixels[position_] = {};
+            return 0;
+        }
+        const Tone& tone = kept ? pixel.shown : dictionary_.PaletteTone(color);
+        const Tone rest = {pixel.target.y - tone.y, pixel.target.u - tone.u,
+                           pixel.target.v - tone.v};
+        const float error =
+            kept ? pixel.keepError
+                 : pixel.weight * (rest.y * rest.y + rest.u * rest.u + rest.v * rest.v);
+        if (!kept) {
+            screen_.shown.pixels[position_] = (*job_.palette)[color];
+            screen_.drawnGoal.pixels[position_] = goal_.pixels[position_];
+        }
+        if (!job_.exact) {
+            Spread(rest, index);
+        }
+        return error;
+    }
+
+    void Spread(const Tone& rest, std::size_t index) {
+        const std::size_t x = position_ % width_;
+        const Tone passed = {tuning_.diffusion / 16 * Limited(rest.y),
+                             tuning_.diffusion / 16 * Limited(rest.u),
+                             tuning_.diffusion / 16 * Limited(rest.v)};
+        const auto give = [&](std::size_t to, float share) {
+            Tone& target = ring_[to % ringSize_].target;
+            target.y += share * passed.y;
+            target.u += share * passed.u;
+            target.v += share * passed.v;
+        };
+        if (x + 1 < width_) {
+            give(index + 1, 7);
+        }
+        if (position_ + width_ >= goal_.Size()) {
+            return;
+        }
+        if (x > 0) {
+            give(index + width_ - 1, 3);
+        }
+        give(index + width_, 5);
+        if (x + 1 < width_) {
+            give(index + width_ + 1, 1);
+        }
+    }
+
+    static constexpr float kMemory = 0.99F;
+
+    const SearchJob& job_;
+    const SearchTuning& tuning_;
+    const Picture& goal_;
+    Screen& screen_;
+    std::size_t width_;
+    int reach_;
+    std::size_t ringSize_;
+    std::vector<Pixel> ring_;
+    std::vector<float> weights_;
+    float rightShare_;
+    unsigned keepIndex_;
+    std::vector<std::uint8_t>& data_;
+    CodeWriter* writer_ = nullptr;
+
+    Dictionary dictionary_;
+    std::vector<std::uint8_t> string_;
+    std::size_t position_ = 0;
+    std::size_t end_ = 0;
+    int row_ = 0;
+    int filled_ = 0;
+    int codeWidth_ = 9;
+    unsigned nextCode_ = 0;
+    unsigned previous_ = Dictionary::kNone;
+    int codesSinceFull_ = 0;
+    bool foreseen_ = false;
+
+    float price_ = 0;
+    float spent_ = 0;
+    float covered_ = 1;
+    float cap_ = 0;
+    float hope_ = 0;
+    float best_ = 0;
+    unsigned bestCode_ = 0;
+    int visitsLeft_ = 0;
+};
+
+bool RunSearch(const SearchJob& job, Screen& screen, std::vector<std::uint8_t>& data) {
+    return Searcher(job, screen, data).Run();
+}
+
+}  // namespace lumirra::gif::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace lumirra::gif {
+
+HWY_EXPORT(RunSearch);
+
+int SearchReach(int width) {
+    constexpr int kRows = 4;
+    constexpr int kPixels = 1024;
+    return std::max(kRows, kPixels / std::max(width, 1));
+}
+
+int CodeBitsFor(std::size_t entries) {
+    int bits = 2;
+    while ((std::size_t{1} << static_cast<unsigned>(bits)) < entries) {
+        ++bits;
+    }
+    return bits;
+}
+
+bool SearchStrings(const SearchJob& job, Screen& screen, std::vector<std::uint8_t>& data) {
+    return HWY_DYNAMIC_DISPATCH(RunSearch)(job, screen, data);
+}
+
+}  // namespace lumirra::gif
+#endif

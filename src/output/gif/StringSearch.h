@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "output/gif/Picture.h"
+
+namespace lumirra::gif {
+
+/// What the reader's screen shows, and the goal that each of its pixels was last drawn for.
+struct Screen {
+    Picture shown;
+    Picture drawnGoal;
+};
+
+/// What one frame may cost. Errors are squared tone distances times the masking weight.
+struct SearchTuning {
+    float lambda = 3;           ///< error that one bit is worth
+    float diffusion = 0.45F;    ///< part of an error that is passed on
+    float deadZone = 6;         ///< of a kept pixel's goal change
+    float refine = 0.3F;        ///< part of the error shown that keeping a pixel costs
+    float errorCap = 6;         ///< largest error of a pixel, in prices of a pixel
+    float optimism = 0.4F;      ///< gain hoped for below a node, in prices of a pixel
+    int visits = 400;           ///< nodes looked at for one string
+    int codesAfterFull = 1500;  ///< before the dictionary is cleared
+};
+
+/// One frame's search. The pictures have the same size and outlive the search.
+struct SearchJob {
+    const Picture* goal = nullptr;
+    const std::vector<Rgba>* palette = nullptr;  ///< without the transparent colour; at most 255
+    bool exact = false;                          ///< palette and goal agree: no error is allowed
+    bool blankScreen = false;                    ///< the reader clears the screen before this frame
+    SearchTuning tuning;
+    /// Returns once the frame before is drawn down to `rows` rows; false stops the search.
+    std::function<bool(int rows)> waitForRows;
+    std::function<void(int rows)> rowsDone;
+};
+
+/// Rows that a string may reach beyond the row it starts in.
+int SearchReach(int width);
+
+/// Code size of the image data for so many palette entries, the transparent one included.
+int CodeBitsFor(std::size_t entries);
+
+/// Chooses colours and strings together and writes the image data (code size byte, blocks,
+/// terminator) to `data`. The transparent colour's index is the palette's size. `screen` is brought
+/// up to date row by row. Returns false when stopped.
+bool SearchStrings(const SearchJob& job, Screen& screen, std::vector<std::uint8_t>& data);
+
+}  // namespace lumirra::gif

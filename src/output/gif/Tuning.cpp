@@ -1,0 +1,20 @@
+#include "output/gif/Tuning.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lumirra::gif {
+
+EncoderTuning TuningFor(int quality) {
+    constexpr float kLambdaAtNinety = 3;
+    constexpr float kDeadZoneAtNinety = 6;
+    constexpr float kStepsToDouble = 14;
+    const float coarser =
+        std::exp2(static_cast<float>(90 - std::clamp(quality, 1, 100)) / kStepsToDouble);
+    EncoderTuning tuning;
+    tuning.search.lambda = kLambdaAtNinety * coarser;
+    tuning.search.deadZone = kDeadZoneAtNinety * coarser;
+    return tuning;
+}
+
+}  // namespace lumirra::gif

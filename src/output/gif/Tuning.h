@@ -1,0 +1,17 @@
+#pragma once
+
+#include "output/gif/Goal.h"
+#include "output/gif/StringSearch.h"
+
+namespace lumirra::gif {
+
+/// All that the quality setting decides.
+struct EncoderTuning {
+    GoalTuning goal;
+    SearchTuning search;
+};
+
+/// `quality` 1..100.
+EncoderTuning TuningFor(int quality);
+
+}  // namespace lumirra::gif

@@ -1,0 +1,232 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <random>
+
+#include "output/GifDecode.h"
+#include "output/gif/Nearest.h"
+#include "output/gif/Palette.h"
+#include "output/gif/StringSearch.h"
+#include "output/gif/Tone.h"
+
+namespace lumirra::gif {
+namespace {
+
+Picture Blank(int width, int height) {
+    Picture picture{width, height, {}};
+    picture.pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    return picture;
+}
+
+std::vector<Rgba> RandomPalette(std::size_t colors, std::mt19937& random) {
+    std::vector<Rgba> palette;
+    for (std::size_t i = 0; i < colors; ++i) {
+        palette.push_back({static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(random() % 256),
+                           static_cast<std::uint8_t>(random() % 256), 255});
+    }
+    return palette;
+}
+
+struct Searched {
+    std::vector<std::uint8_t> indices;
+    std::vector<std::uint8_t> data;
+    Screen screen;
+};
+
+Searched Search(const Picture& goal, const std::vector<Rgba>& palette, bool exact,
+                const Screen* before) {
+    SearchJob job;
+    job.goal = &goal;
+    job.palette = &palette;
+    job.exact = exact;
+    job.blankScreen = before == nullptr;
+    job.waitForRows = [](int) { return true; };
+    job.rowsDone = [](int) {};
+    Searched result;
+    result.screen = before != nullptr
+                        ? *before
+                        : Screen{Blank(goal.width, goal.height), Blank(goal.width, goal.height)};
+    EXPECT_TRUE(SearchStrings(job, result.screen, result.data));
+    result.indices = test::UnpackCodes(result.data);
+    return result;
+}
+
+// Every palette size crosses another set of code widths; the longer pictures fill the dictionary.
+TEST(StringSearchTest, PlainReaderGetsTheExactPixelsBack) {
+    std::mt19937 random(1);
+    for (const std::size_t colors : {1, 2, 3, 4, 5, 16, 17, 100, 254, 255}) {
+        const std::vector<Rgba> palette = RandomPalette(colors, random);
+        for (const int width : {1, 7, 300}) {
+            Picture goal = Blank(width, 25000 / width / (colors > 16 ? 1 : 4));
+            std::vector<std::uint8_t> wanted;
+            unsigned run = 0;
+            std::size_t color = 0;
+            for (Rgba& pixel : goal.pixels) {
+                if (run-- == 0) {
+                    run = static_cast<unsigned>(random() % 4) * static_cast<unsigned>(random() % 9);
+                    color = random() % colors;
+                }
+                pixel = palette[color];
+                wanted.push_back(static_cast<std::uint8_t>(color));
+            }
+            const Searched first = Search(goal, palette, true, nullptr);
+            ASSERT_TRUE(first.indices == wanted) << colors << " colours, width " << width;
+            EXPECT_EQ(first.screen.shown.pixels, goal.pixels);
+
+            // Over a screen that agrees in places, a pixel is kept only where it is right already.
+            Screen half = first.screen;
+            for (std::size_t i = 0; i < half.shown.Size(); i += 1 + random() % 40) {
+                half.shown.pixels[i] = palette[random() % colors];
+            }
+            const Searched second = Search(goal, palette, true, &half);
+            ASSERT_EQ(second.indices.size(), wanted.size());
+            for (std::size_t i = 0; i < wanted.size(); ++i) {
+                const bool kept = second.indices[i] == colors;
+                ASSERT_TRUE(kept ? half.shown.pixels[i] == goal.pixels[i]
+                                 : second.indices[i] == wanted[i]);
+            }
+            EXPECT_EQ(second.screen.shown.pixels, goal.pixels);
+        }
+    }
+}
+
+TEST(StringSearchTest, LossyScreenIsWhatTheReaderSees) {
+    std::mt19937 random(2);
+    const std::vector<Rgba> palette = RandomPalette(40, random);
+    Picture goal = Blank(90, 60);
+    for (std::size_t i = 0; i < goal.Size(); ++i) {
+        const auto level = static_cast<std::uint8_t>(i % 90 * 2 + random() % 20);
+        goal.pixels[i] =
+            i % 11 == 0 ? Rgba{} : Rgba{level, 100, static_cast<std::uint8_t>(i / 90), 255};
+    }
+    const Searched result = Search(goal, palette, false, nullptr);
+    ASSERT_EQ(result.indices.size(), goal.Size());
+    for (std::size_t i = 0; i < goal.Size(); ++i) {
+        const Rgba shown = result.indices[i] == 40 ? Rgba{} : palette[result.indices[i]];
+        ASSERT_EQ(shown, result.screen.shown.pixels[i]);
+        ASSERT_EQ(shown.a, goal.pixels[i].a) << "neither holes filled nor pixels dropped";
+    }
+}
+
+TEST(StringSearchTest, KeptPictureCostsAlmostNothing) {
+    std::mt19937 random(3);
+    const std::vector<Rgba> palette = RandomPalette(200, random);
+    Picture goal = Blank(640, 360);
+    for (Rgba& pixel : goal.pixels) {
+        pixel = palette[random() % 200];
+    }
+    const Searched first = Search(goal, palette, true, nullptr);
+    const Searched second = Search(goal, palette, true, &first.screen);
+    EXPECT_LT(second.data.size(), 1200U);
+    EXPECT_EQ(second.screen.shown.pixels, goal.pixels);
+}
+
+TEST(PaletteTest, FewColorsAreKeptAndCounted) {
+    std::mt19937 random(4);
+    const std::vector<Rgba> colors = RandomPalette(255, random);
+    Picture picture = Blank(51, 20);
+    for (std::size_t i = 0; i < picture.Size(); ++i) {
+        picture.pixels[i] = colors[i % 255];
+    }
+    EXPECT_EQ(FewColors(picture, 255), colors);
+    EXPECT_EQ(FewColors(picture, 254), std::nullopt);
+    EXPECT_TRUE(FewColors(Blank(3, 3), 255)->empty());
+    EXPECT_EQ(MakePalette(picture, {}, 255).size(), 255U);
+    EXPECT_FALSE(MakePalette(Blank(3, 3), {}, 255).empty());
+}
+
+double ErrorOf(const std::vector<Tone>& points, const std::vector<Tone>& centers) {
+    double sum = 0;
+    for (const Tone& point : points) {
+        float least = std::numeric_limits<float>::max();
+        for (const Tone& center : centers) {
+            least = std::min(least, Distance(point, center));
+        }
+        sum += least;
+    }
+    return sum;
+}
+
+TEST(PaletteTest, CloseToTheBestOfAllPartitions) {
+    std::mt19937 random(5);
+    for (int round = 0; round < 20; ++round) {
+        Picture picture = Blank(9, 1);
+        std::vector<Tone> points;
+        for (Rgba& pixel : picture.pixels) {
+            const auto level = [&] { return static_cast<std::uint8_t>(random() % 256); };
+            pixel = {level(), level(), level(), 255};
+            points.push_back(ToneOf(pixel));
+        }
+        // Three groups: 3^9 ways to deal nine points out.
+        double best = std::numeric_limits<double>::max();
+        for (int code = 0; code < 19683; ++code) {
+            std::array<Tone, 3> sums{};
+            std::array<float, 3> counts{};
+            for (int i = 0, rest = code; i < 9; ++i, rest /= 3) {
+                const auto group = static_cast<std::size_t>(rest % 3);
+                sums[group].y += points[static_cast<std::size_t>(i)].y;
+                sums[group].u += points[static_cast<std::size_t>(i)].u;
+                sums[group].v += points[static_cast<std::size_t>(i)].v;
+                ++counts[group];
+            }
+            std::vector<Tone> centers;
+            for (std::size_t g = 0; g < 3; ++g) {
+                if (counts[g] > 0) {
+                    centers.push_back(
+                        {sums[g].y / counts[g], sums[g].u / counts[g], sums[g].v / counts[g]});
+                }
+            }
+            best = std::min(best, ErrorOf(points, centers));
+        }
+        std::vector<Tone> made;
+        for (const Rgba& color : MakePalette(picture, {}, 3)) {
+            made.push_back(ToneOf(color));
+        }
+        EXPECT_LE(made.size(), 3U);
+        EXPECT_LT(ErrorOf(points, made), best * 1.6 + 10) << round;
+    }
+}
+
+TEST(PaletteTest, FlatAreasGetTheirVeryColor) {
+    std::mt19937 random(6);
+    Picture picture = Blank(100, 100);
+    for (std::size_t i = 0; i < picture.Size(); ++i) {
+        const auto grain = static_cast<std::uint8_t>(random() % 8);
+        picture.pixels[i] = i % 3 == 0 ? Rgba{static_cast<std::uint8_t>(random() % 256),
+                                              static_cast<std::uint8_t>(random() % 256), grain, 255}
+                                       : Rgba{201, 55, 17, 255};
+    }
+    const std::vector<Rgba> palette = MakePalette(picture, {}, 16);
+    EXPECT_NE(std::find(palette.begin(), palette.end(), Rgba{201, 55, 17, 255}), palette.end());
+}
+
+TEST(NearestTest, AgreesWithTheWalkOverAllCenters) {
+    std::mt19937 random(7);
+    const auto tones = [&](std::size_t count) {
+        std::vector<Tone> all;
+        for (std::size_t i = 0; i < count; ++i) {
+            all.push_back(ToneOf(static_cast<float>(random() % 256),
+                                 static_cast<float>(random() % 256),
+                                 static_cast<float>(random() % 256)));
+        }
+        return all;
+    };
+    for (const std::size_t count : {0, 1, 15, 16, 17, 33, 100}) {
+        const std::vector<Tone> points = tones(count);
+        const std::vector<Tone> centers = tones(1 + count * 2);
+        std::vector<std::uint8_t> nearest;
+        NearestCenters(points, centers, nearest);
+        ASSERT_EQ(nearest.size(), count);
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto least =
+                std::min_element(centers.begin(), centers.end(), [&](const Tone& a, const Tone& b) {
+                    return Distance(a, points[i]) < Distance(b, points[i]);
+                });
+            EXPECT_EQ(nearest[i], least - centers.begin());
+        }
+    }
+}
+
+}  // namespace
+}  // namespace lumirra::gif
