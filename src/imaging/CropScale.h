@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QImage>
+#include <QRect>
+#include <cstdint>
 
 #include "imaging/EffectSettings.h"
 #include "imaging/Geometry.h"
@@ -9,13 +11,24 @@ namespace lumirra::ImageTools {
 
 // Conventions as in Adjustments.h.
 
-/// The part of the picture inside `rect` (bottom-left origin). Unchanged when the rectangle is
-/// narrower or lower than one pixel or lies wholly outside. Fractional edges: whole pixels only.
+/// The whole pixels that a crop keeps, as a rectangle with its origin at the top left. Width and
+/// height are the visible size rounded half up, the origin is rounded and moved inside, so that a
+/// third of a picture keeps its rounded share and 100 per cent of a crop is never resampled. Empty
+/// where `CropImage` leaves the picture whole for want of a usable rectangle: narrower or lower
+/// than one pixel, or wholly outside.
+QRect WholePixelCrop(const ImageRect& rect, int width, int height);
+
+/// The part of the picture inside `rect` (bottom-left origin) by `WholePixelCrop`; the whole
+/// picture where that is empty.
 QImage CropImage(const QImage& image, const ImageRect& rect);
+
+/// Ceilings of `DrawScaled`: one side and all pixels of the result.
+inline constexpr int kMaxSide = 65535;
+inline constexpr std::int64_t kMaxPixels = 400'000'000;
 
 /// The whole picture stretched to width x height (fractions dropped). Down: area-aware filter in
 /// premultiplied colour, no aliasing; up: smooth; same size: an exact copy. Null when the size has
-/// no area or exceeds the ceiling of `kMaxSide`.
+/// no area, is not a number or exceeds a ceiling. Fully transparent pixels become (0, 0, 0, 0).
 QImage DrawScaled(const QImage& image, double width, double height, int threads = 1);
 
 /// Crop by `CropRectForImage` on the picture's own size, then `DrawScaled`.

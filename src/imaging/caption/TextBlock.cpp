@@ -1,0 +1,74 @@
+#include "imaging/caption/TextBlock.h"
+
+#include <QGlyphRun>
+#include <QRawFont>
+#include <QStringList>
+#include <algorithm>
+#include <cmath>
+
+namespace lumirra {
+
+TextBlock::TextBlock(const QString& text, const QFont& font, int widthLimit) {
+    QString unified = text;
+    unified.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    for (const QChar breaker :
+         {QChar(u'\r'), QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)}) {
+        unified.replace(breaker, QChar(u'\n'));
+    }
+    const QStringList paragraphs = unified.split(QChar(u'\n'));
+    for (const QString& paragraph : paragraphs) {
+        LayOut(paragraph, font, widthLimit);
+    }
+    CentreLines();
+    size_ = QSize(static_cast<int>(std::ceil(widest_)), static_cast<int>(std::ceil(height_)));
+}
+
+void TextBlock::LayOut(const QString& paragraph, const QFont& font, int widthLimit) {
+    auto layout = std::make_unique<QTextLayout>(paragraph, font);
+    // Absolute: 'left' would mean the right edge in a right-to-left paragraph.
+    QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout->setTextOption(option);
+    layout->beginLayout();
+    for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine()) {
+        line.setLineWidth(widthLimit);
+        line.setPosition(QPointF(0, height_));
+        height_ += line.height();
+        widest_ = std::max(widest_, line.naturalTextWidth());
+    }
+    layout->endLayout();
+    paragraphs_.push_back(std::move(layout));
+}
+
+void TextBlock::CentreLines() {
+    for (const auto& layout : paragraphs_) {
+        for (int i = 0; i < layout->lineCount(); ++i) {
+            QTextLine line = layout->lineAt(i);
+            line.setPosition(QPointF((widest_ - line.naturalTextWidth()) / 2, line.y()));
+        }
+    }
+}
+
+void TextBlock::Fill(QPainter& painter) const {
+    for (const auto& layout : paragraphs_) {
+        layout->draw(&painter, QPointF());
+    }
+}
+
+QPainterPath TextBlock::Outlines() const {
+    QPainterPath outlines;
+    for (const auto& layout : paragraphs_) {
+        const QList<QGlyphRun> runs = layout->glyphRuns();
+        for (const QGlyphRun& run : runs) {
+            const QRawFont font = run.rawFont();
+            const QList<quint32> glyphs = run.glyphIndexes();
+            const QList<QPointF> positions = run.positions();
+            for (qsizetype i = 0; i < glyphs.size(); ++i) {
+                outlines.addPath(font.pathForGlyph(glyphs[i]).translated(positions[i]));
+            }
+        }
+    }
+    return outlines;
+}
+
+}  // namespace lumirra
