@@ -9,6 +9,7 @@ extern "C" {
 #include <cmath>
 #include <utility>
 
+#include "sources/video/PlanarYuv.h"
 #include "sources/video/WideColor.h"
 
 namespace lumirra {
@@ -171,6 +172,10 @@ bool FrameConverter::Prepare(const AVFrame& frame, const FrameColor& color, int 
 
 QImage FrameConverter::ConvertPlain(const AVFrame& frame, const FrameColor& color,
                                     const FrameShape& shape) {
+    if (shape.shownWidth == frame.width && shape.shownHeight == frame.height &&
+        IsPlanarYuv(frame, color)) {
+        return PlanarYuvPicture(frame, color);
+    }
     QImage image(shape.shownWidth, shape.shownHeight, QImage::Format_RGBA8888);
     if (image.isNull() || !Prepare(frame, color, image.width(), image.height(), AV_PIX_FMT_RGBA)) {
         return {};

@@ -184,6 +184,10 @@ VideoFrame VideoStream::Take(FfmpegPtr<AVFrame> frame) {
     if (time == AV_NOPTS_VALUE) {
         time = lastTime_ ? *lastTime_ + nominalTicks_ + startTime_ : startTime_;
     }
+    if (!startSeen_ && fromBeginning_ && !anyError_) {
+        startTime_ = time;  // some containers stamp the stream's start with decoding time
+    }
+    startSeen_ = true;
     result.time = time - startTime_;
     result.duration = frame->pkt_duration > 0 ? frame->pkt_duration : nominalTicks_;
     const bool ownDamage =
@@ -223,8 +227,20 @@ VideoFrame VideoStream::AtEnd() {
 
 // The end of the track by the file's own word, 0 when it gives none.
 std::int64_t VideoStream::PromisedEnd() const {
-    const AVStream& track = Track();
-    return track.duration == AV_NOPTS_VALUE ? 0 : track.duration;
+    const AVFormatContext& format = *file_.Format();
+    if (format.duration_estimation_method == AVFMT_DURATION_FROM_BITRATE) {
+        return 0;  // a guess
+    }
+    if (Track().duration != AV_NOPTS_VALUE && Track().duration > 0) {
+        return Track().duration;
+    }
+    if (format.nb_streams != 1 || format.duration == AV_NOPTS_VALUE) {
+        return 0;
+    }
+    // Some containers count the time before the first frame in, some do not: the shorter reading.
+    const std::int64_t before = format.start_time == AV_NOPTS_VALUE ? 0 : format.start_time;
+    return av_rescale_q(format.duration - std::max<std::int64_t>(before, 0), {1, AV_TIME_BASE},
+                        Track().time_base);
 }
 
 void VideoStream::Flush() {

@@ -64,6 +64,7 @@ class VideoStream {
     FfmpegPtr<AVPacket> packet_;
     int index_ = -1;
     std::int64_t startTime_ = 0;  // ticks, as the file counts
+    bool startSeen_ = false;
     std::int64_t nominalTicks_ = 1;
     bool countable_ = true;
 
