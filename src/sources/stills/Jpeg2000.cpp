@@ -1,33 +1,17 @@
 #include "sources/stills/Jpeg2000.h"
 
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavutil/imgutils.h>
-#include <libswscale/swscale.h>
-}
-
-#include <memory>
-
 #include "sources/StillReader.h"
+#include "sources/video/Ffmpeg.h"
 
 namespace lumirra {
 namespace {
 
-struct Release {
-    void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
-    void operator()(AVPacket* packet) const { av_packet_free(&packet); }
-    void operator()(AVFrame* frame) const { av_frame_free(&frame); }
-    void operator()(SwsContext* scaler) const { sws_freeContext(scaler); }
-};
-template <typename Thing>
-using Owned = std::unique_ptr<Thing, Release>;
-
-Owned<AVFrame> Decode(QIODevice& device) {
+FfmpegPtr<AVFrame> Decode(QIODevice& device) {
     constexpr qint64 kMaxFileBytes = 1LL << 30;
     const AVCodec* codec = avcodec_find_decoder(AV_CODEC_ID_JPEG2000);
-    const Owned<AVCodecContext> context(avcodec_alloc_context3(codec));
-    const Owned<AVPacket> packet(av_packet_alloc());
-    Owned<AVFrame> frame(av_frame_alloc());
+    const FfmpegPtr<AVCodecContext> context(avcodec_alloc_context3(codec));
+    const FfmpegPtr<AVPacket> packet(av_packet_alloc());
+    FfmpegPtr<AVFrame> frame(av_frame_alloc());
     if (codec == nullptr || !context || !packet || !frame || device.size() > kMaxFileBytes ||
         av_new_packet(packet.get(), static_cast<int>(device.size())) < 0 || !device.seek(0)) {
         return nullptr;
@@ -46,12 +30,12 @@ Owned<AVFrame> Decode(QIODevice& device) {
 }  // namespace
 
 QImage ReadJpeg2000(QIODevice& device) {
-    const Owned<AVFrame> frame = Decode(device);
+    const FfmpegPtr<AVFrame> frame = Decode(device);
     if (!frame || frame->width < 1 || frame->height < 1) {
         return {};
     }
     const auto format = static_cast<AVPixelFormat>(frame->format);
-    const Owned<SwsContext> scaler(sws_getContext(
+    const FfmpegPtr<SwsContext> scaler(sws_getContext(
         frame->width, frame->height, format, frame->width, frame->height, AV_PIX_FMT_RGBA,
         SWS_POINT | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT, nullptr, nullptr, nullptr));
     QImage image(frame->width, frame->height, QImage::Format_RGBA8888);
