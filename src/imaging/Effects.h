@@ -14,7 +14,8 @@ const QStringList& PhotoEffectNames();
 /// The look of that name; an unknown name gives the same pixels.
 QImage ApplyColorEffect(const QImage& image, const QString& name);
 
-/// Gaussian blur with a standard deviation of `blur` pixels (0 none), then, on the blurred picture:
+/// Gaussian blur with a standard deviation of `blur` pixels (0 none, at most 64), cut off at three
+/// deviations, border pixels repeated, colours weighted by alpha; then, on the blurred picture:
 /// black where the Sobel magnitude of the luminance (weights 1 2 1, border pixels repeated) reaches
 /// `threshold`, elsewhere floor(c * quantization + 0.5) / quantization.
 QImage ApplyCartoon(const QImage& image, float blur, float threshold, float quantization);
@@ -31,7 +32,7 @@ QImage ApplyVignette(const QImage& image, float radius);
 QImage Posterize(const QImage& image, int levels);
 
 /// rgb = mix(base, overlay, overlay alpha * mix), alpha = base alpha. An overlay of another size is
-/// first scaled to the base's.
+/// first scaled to the base's; a null overlay changes nothing.
 QImage BlendOver(const QImage& base, const QImage& overlay, float mix);
 
 }  // namespace lumirra::ImageTools

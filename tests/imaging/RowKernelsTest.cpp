@@ -166,9 +166,19 @@ TEST_P(RowKernelsTest, BlurredAndEdgeRows) {
             plain_.blurAlongRow(in[0], first, radius, expected.planes()[0], n);
             vector.blurAlongRow(in[0], first, radius, actual.planes()[0], n);
             actual.ExpectNear(expected, n, 1e-6F);
-            plain_.blurAcrossRows(in.data(), first, radius, expected.planes().data(), n);
-            vector.blurAcrossRows(in.data(), first, radius, actual.planes().data(), n);
+            Buffer expectedBelow(10);
+            Buffer actualBelow(10);
+            const auto eight = [](Buffer& upper, Buffer& lower) {
+                static_assert(kBlurredRows == 8);
+                const Planes u = upper.planes();
+                const Planes l = lower.planes();
+                return std::array{u[0], u[1], u[2], u[3], l[0], l[1], l[2], l[3]};
+            };
+            plain_.blurAcrossRows(in.data(), first, radius, eight(expected, expectedBelow).data(),
+                                  n);
+            vector.blurAcrossRows(in.data(), first, radius, eight(actual, actualBelow).data(), n);
             actual.ExpectNear(expected, n, 1e-6F);
+            actualBelow.ExpectNear(expectedBelow, n, 1e-6F);
         }
     }
 }

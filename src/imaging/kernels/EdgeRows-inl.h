@@ -40,24 +40,20 @@ inline void BlurAlongRow(const float* in, const float* weights, int radius, floa
 inline void BlurAcrossRows(const float* const* in, const float* weights, int radius,
                            float* const* out, std::size_t n) {
     // Each value read goes into all the rows made, which saves most of the reading.
-    static_assert(kBlurredRows == 4);
     const Floats d;
-    const std::size_t lanes = hn::Lanes(d);
-    for (std::size_t x = 0; x < n; x += 2 * lanes) {
-        Float left[kBlurredRows] = {hn::Zero(d), hn::Zero(d), hn::Zero(d), hn::Zero(d)};
-        Float right[kBlurredRows] = {hn::Zero(d), hn::Zero(d), hn::Zero(d), hn::Zero(d)};
+    for (std::size_t x = 0; x < n; x += hn::Lanes(d)) {
+        Float sums[kBlurredRows];
+        for (Float& sum : sums) {
+            sum = hn::Zero(d);
+        }
         for (int k = 0; k < 2 * radius + kBlurredRows; ++k) {
-            const Float first = hn::LoadU(d, in[k] + x);
-            const Float second = hn::LoadU(d, in[k] + x + lanes);
+            const Float value = hn::LoadU(d, in[k] + x);
             for (int row = 0; row < kBlurredRows; ++row) {
-                const Float weight = All(weights[k - row]);
-                left[row] = hn::MulAdd(first, weight, left[row]);
-                right[row] = hn::MulAdd(second, weight, right[row]);
+                sums[row] = hn::MulAdd(value, All(weights[k - row]), sums[row]);
             }
         }
         for (int row = 0; row < kBlurredRows; ++row) {
-            hn::StoreU(left[row], d, out[row] + x);
-            hn::StoreU(right[row], d, out[row] + x + lanes);
+            hn::StoreU(sums[row], d, out[row] + x);
         }
     }
 }

@@ -15,7 +15,7 @@ using Planes = std::array<float*, 4>;
 using RowsAround = std::array<const float*, 3>;
 
 /// How many rows `blurAcrossRows` makes at once.
-inline constexpr int kBlurredRows = 4;
+inline constexpr int kBlurredRows = 8;
 
 /// What a plane must have beyond its last pixel: kernels on planes work in whole vectors.
 inline constexpr std::size_t kPlaneSlack = 64;
