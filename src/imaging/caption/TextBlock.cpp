@@ -7,6 +7,17 @@
 #include <cmath>
 
 namespace lumirra {
+namespace {
+
+/// Symptom: once a glyph of a bitmap font has been asked for its outline, the toolkit measures that
+/// glyph too narrow from then on, in every layout of the process, and emoji are cut. Such glyphs
+/// have no outline to give, so they are not asked. The tables tell: CBLC (colour bitmaps; the
+/// location table is small, the bitmaps' own is not) and sbix.
+bool IsBitmapFont(const QRawFont& font) {
+    return !font.fontTable("CBLC").isEmpty() || !font.fontTable("sbix").isEmpty();
+}
+
+}  // namespace
 
 TextBlock::TextBlock(const QString& text, const QFont& font, int widthLimit) {
     QString unified = text;
@@ -61,6 +72,9 @@ QPainterPath TextBlock::Outlines() const {
         const QList<QGlyphRun> runs = layout->glyphRuns();
         for (const QGlyphRun& run : runs) {
             const QRawFont font = run.rawFont();
+            if (IsBitmapFont(font)) {
+                continue;
+            }
             const QList<quint32> glyphs = run.glyphIndexes();
             const QList<QPointF> positions = run.positions();
             for (qsizetype i = 0; i < glyphs.size(); ++i) {
