@@ -13,13 +13,17 @@ function(lumirra_room name)
   target_link_libraries(lumirra_${name} PUBLIC ${ROOM_USES} ${ROOM_LINKS})
 endfunction()
 
-# lumirra_room_tests(NAME [LINKS library...]): all *.cpp of the calling folder as one test program
-# that links the room's library alone. tests/support holds what tests of several rooms share.
+# lumirra_room_tests(NAME [MAIN file] [LINKS library...]): all *.cpp of the calling folder as one test
+# program that links the room's library alone. tests/support holds what tests of several rooms
+# share, also the main functions (MAIN, main.cpp unless given).
 function(lumirra_room_tests name)
-  cmake_parse_arguments(ROOM "" "" "LINKS" ${ARGN})
+  cmake_parse_arguments(ROOM "" "MAIN" "LINKS" ${ARGN})
+  if(NOT ROOM_MAIN)
+    set(ROOM_MAIN main.cpp)
+  endif()
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp
        ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
-  add_executable(test_${name} ${sources} ${PROJECT_SOURCE_DIR}/tests/support/main.cpp)
+  add_executable(test_${name} ${sources} ${PROJECT_SOURCE_DIR}/tests/support/${ROOM_MAIN})
   target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(test_${name} PRIVATE lumirra_${name} GTest::gtest GTest::gmock
                                              ${ROOM_LINKS})

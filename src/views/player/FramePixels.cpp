@@ -169,20 +169,17 @@ bool PlanesAreThere(const QVideoFrame& frame, const Layout& layout) {
     return true;
 }
 
-bool ConvertMapped(const QVideoFrame& frame, QImage& image) {
-    const std::optional<Layout> layout = LayoutOf(frame.pixelFormat());
-    if (!layout) {
-        return false;
-    }
+/// False when the planes are not as large as the layout says: such a frame is not touched.
+bool ConvertMapped(const QVideoFrame& frame, const Layout& layout, QImage& image) {
     const Mapped mapped(frame);
-    if (!mapped.Ok() || !PlanesAreThere(mapped.Frame(), *layout)) {
+    if (!mapped.Ok() || !PlanesAreThere(mapped.Frame(), layout)) {
         return false;
     }
     const Matrix matrix = MatrixOf(frame.surfaceFormat());
-    if (layout->bytes == 1) {
-        Convert<quint8>(mapped.Frame(), *layout, matrix, image);
+    if (layout.bytes == 1) {
+        Convert<quint8>(mapped.Frame(), layout, matrix, image);
     } else {
-        Convert<quint16>(mapped.Frame(), *layout, matrix, image);
+        Convert<quint16>(mapped.Frame(), layout, matrix, image);
     }
     return true;
 }
@@ -202,24 +199,26 @@ bool FrameToImage(const QVideoFrame& frame, const QSize& size, QImage& image) {
     if (size.isEmpty()) {
         return false;
     }
-    const QSize stored = IsTurned(frame) ? size.transposed() : size;
+    const std::optional<Layout> layout = LayoutOf(frame.pixelFormat());
+    if (!layout) {
+        const QImage whole = frame.toImage();  // upright and mirrored already
+        if (!whole.isNull()) {
+            image = whole.scaled(size).convertToFormat(QImage::Format_RGB32);
+        }
+        return !whole.isNull();
+    }
     const bool plain = frame.rotationAngle() == QVideoFrame::Rotation0 && !frame.mirrored();
-    QImage pixels = plain ? std::move(image) : QImage();
+    const QSize stored = IsTurned(frame) ? size.transposed() : size;
+    QImage turned;
+    QImage& pixels = plain ? image : turned;
     if (pixels.size() != stored || pixels.format() != QImage::Format_RGB32) {
         pixels = QImage(stored, QImage::Format_RGB32);
     }
-    if (!ConvertMapped(frame, pixels)) {
-        const QImage whole = frame.toImage();  // upright and mirrored already
-        if (whole.isNull()) {
-            return false;
-        }
-        image = whole.scaled(size).convertToFormat(QImage::Format_RGB32);
-        return true;
+    if (!ConvertMapped(frame, *layout, pixels)) {
+        return false;
     }
-    if (plain) {
-        image = std::move(pixels);
-    } else {
-        image = pixels.transformed(QTransform().rotate(frame.rotationAngle()))
+    if (!plain) {
+        image = turned.transformed(QTransform().rotate(frame.rotationAngle()))
                     .mirrored(frame.mirrored(), false);
     }
     return true;

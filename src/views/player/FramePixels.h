@@ -12,7 +12,7 @@ QSize UprightSize(const QVideoFrame& frame);
 /// The frame, upright, at `size` (no larger than its own), into `image` (made anew unless it has
 /// that size; Format_RGB32). The usual 8 and 10 bit YUV layouts are converted and shrunk in one
 /// pass over the mapped planes; anything else goes through the toolkit. False when the frame
-/// cannot be mapped; `image` is then unchanged.
+/// cannot be mapped or its planes are too small; nothing useful is in `image` then.
 bool FrameToImage(const QVideoFrame& frame, const QSize& size, QImage& image);
 
 }  // namespace lumirra

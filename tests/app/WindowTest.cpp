@@ -1,0 +1,145 @@
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFile>
+#include <QLabel>
+#include <QSplitter>
+#include <QTabWidget>
+
+#include "app/MainWindow.h"
+#include "settings/Control.h"
+#include "views/RangeControl.h"
+#include "views/Theme.h"
+
+namespace lumirra {
+namespace {
+
+struct Window {
+    Theme theme{*qApp};
+    MainWindow window{theme};
+
+    QList<QWidget*> Outlets() const {
+        QList<QWidget*> outlets;
+        for (QWidget* widget : window.findChildren<QWidget*>()) {
+            if (!widget->accessibleDescription().isEmpty() &&
+                widget->accessibleDescription() == widget->objectName()) {
+                outlets.append(widget);
+            }
+        }
+        return outlets;
+    }
+};
+
+TEST(MainWindow, EverySettingHasItsControlWithRangeNameAndItems) {
+    Window shown;
+    for (const ControlRow& row : ControlTable()) {
+        auto* widget = shown.window.findChild<QWidget*>(row.name);
+        ASSERT_NE(widget, nullptr) << row.name.data();
+        EXPECT_EQ(widget->accessibleDescription(), row.name);
+        EXPECT_FALSE(widget->accessibleName().isEmpty()) << row.name.data();
+        EXPECT_FALSE(widget->toolTip().isEmpty()) << row.name.data();
+        if (auto* range = qobject_cast<RangeControl*>(widget)) {
+            EXPECT_EQ(range->minimum(), row.minimum) << row.name.data();
+            EXPECT_EQ(range->maximum(), row.maximum) << row.name.data();
+            range->setValue(row.initial);
+            EXPECT_FLOAT_EQ(range->value(), static_cast<float>(row.initial));
+        }
+    }
+}
+
+TEST(MainWindow, CommandsAndViewsAreThereAndCanBeNamed) {
+    Window shown;
+    for (const char* name : {"buttonSelectVideo",
+                             "buttonSelectImage",
+                             "buttonRemoveSelectedFrame",
+                             "buttonRemoveAllFrames",
+                             "buttonMoveUp",
+                             "buttonMoveDown",
+                             "buttonZoomIn",
+                             "buttonZoomOut",
+                             "buttonResetZoom",
+                             "buttonCloseVideo",
+                             "buttonPlayVideo",
+                             "buttonPreviousImage",
+                             "buttonNextImage",
+                             "buttonAddFrame",
+                             "buttonMarkAsStartTime",
+                             "buttonMarkAsEndTime",
+                             "buttonAddFramesAutomatically",
+                             "buttonAdjustSettingsReset",
+                             "buttonCartoonReset",
+                             "buttonSketchReset",
+                             "buttonVignetteReset",
+                             "buttonTextReset",
+                             "buttonCropResizeReset",
+                             "buttonOutputReset",
+                             "buttonGeneratePreview",
+                             "buttonPlayStopPreview",
+                             "buttonSaveGif"}) {
+        auto* button = shown.window.findChild<QAbstractButton*>(QLatin1String(name));
+        ASSERT_NE(button, nullptr) << name;
+        EXPECT_FALSE(button->accessibleName().isEmpty()) << name;
+        EXPECT_FALSE(button->toolTip().isEmpty()) << name;
+        EXPECT_TRUE(!button->text().isEmpty() || !button->icon().isNull()) << name;
+        EXPECT_NE(button->focusPolicy(), Qt::NoFocus) << name;
+    }
+    for (const char* name :
+         {"labelVideoPositionTime", "labelStartTime", "labelEndTime", "labelImageNumber"}) {
+        auto* label = shown.window.findChild<QLabel*>(QLatin1String(name));
+        ASSERT_NE(label, nullptr) << name;
+        EXPECT_TRUE(label->accessibleName().isEmpty()) << "its text is what is read out: " << name;
+    }
+    EXPECT_GE(shown.Outlets().size(), 89);
+}
+
+TEST(MainWindow, NothingIsClippedAtTheSmallestSizes) {
+    Window shown;
+    shown.window.resize(1180, 720);
+    shown.window.show();
+    EXPECT_LE(shown.window.minimumSizeHint().width(), 1180);
+    EXPECT_EQ(shown.window.size(), QSize(1180, 720));
+    auto* tabs = shown.window.findChild<QTabWidget*>(QStringLiteral("tabViewSettings"));
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        QApplication::processEvents();
+        for (QWidget* outlet : shown.Outlets()) {
+            const auto* button = qobject_cast<QAbstractButton*>(outlet);
+            if (outlet->isVisible() && button != nullptr) {
+                EXPECT_GE(outlet->width(), outlet->minimumSizeHint().width())
+                    << outlet->objectName().toStdString();
+            }
+        }
+    }
+}
+
+TEST(MainWindow, ThemesChangeTheColoursOfTheWholeWindow) {
+    Window shown;
+    shown.window.resize(1180, 720);
+    shown.window.show();
+    shown.theme.SetChoice(ThemeChoice::Dark);
+    QApplication::processEvents();
+    EXPECT_LT(shown.window.grab().toImage().pixelColor(3, 300).lightness(), 70);
+    shown.theme.SetChoice(ThemeChoice::Light);
+    QApplication::processEvents();
+    EXPECT_GT(shown.window.grab().toImage().pixelColor(3, 300).lightness(), 200);
+}
+
+TEST(MainWindow, RemembersItsSplitters) {
+    int width = 0;
+    {
+        Window shown;
+        shown.window.show();
+        auto* splitter = shown.window.findChild<QSplitter*>(QStringLiteral("splitterMain"));
+        splitter->setSizes({240, 600, 440});
+        width = splitter->sizes().at(2);
+        shown.window.SaveLayout();
+    }
+    Window again;
+    again.window.show();
+    EXPECT_NEAR(again.window.findChild<QSplitter*>(QStringLiteral("splitterMain"))->sizes().at(2),
+                width, 2);
+}
+
+}  // namespace
+}  // namespace lumirra
