@@ -131,8 +131,8 @@ void PaintGlyphs(QImage& canvas, const QPoint& shift, const TextBlock& block,
     block.Fill(painter);
     if (style.strokeOn) {
         painter.setOpacity(1);
-        painter.strokePath(block.Outlines(), QPen(Qt::black, fontSize * kStrokeShare, Qt::SolidLine,
-                                                  Qt::RoundCap, Qt::RoundJoin));
+        block.Stroke(painter, QPen(Qt::black, fontSize * kStrokeShare, Qt::SolidLine, Qt::RoundCap,
+                                   Qt::RoundJoin));
     }
 }
 
