@@ -10,7 +10,16 @@ namespace lumirra {
 /// Why an operation gave no value. `message` is one complete sentence for the user that names the
 /// file where there is one; whoever detects the failure writes it, nobody adds to it.
 struct Failure {
-    enum class Kind { Unreadable, Unsupported, TooLarge, NotFound, NotWritable, Invalid, Stopped };
+    enum class Kind {
+        Unreadable,
+        Damaged,  ///< there is a picture, but not the whole truth
+        Unsupported,
+        TooLarge,
+        NotFound,
+        NotWritable,
+        Invalid,
+        Stopped
+    };
     Kind kind = Kind::Invalid;
     QString message;
     QString file;

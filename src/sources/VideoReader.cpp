@@ -112,6 +112,7 @@ SourceImage VideoReader::State::Picture(const VideoFrame& found) {
         last = White(seconds);
     } else if (found.damaged) {
         last.problem = Problem(seconds, QStringLiteral("is damaged"));
+        last.problem->kind = Failure::Kind::Damaged;
     }
     lastTime = found.time;
     return last;

@@ -1,7 +1,6 @@
 #include "imaging/caption/TextBlock.h"
 
 #include <QGlyphRun>
-#include <QPainterPath>
 #include <QRawFont>
 #include <QStringList>
 #include <algorithm>
@@ -67,7 +66,8 @@ void TextBlock::Fill(QPainter& painter) const {
     }
 }
 
-void TextBlock::Stroke(QPainter& painter, const QPen& pen) const {
+QPainterPath TextBlock::Outlines() const {
+    QPainterPath outlines;
     for (const auto& layout : paragraphs_) {
         const QList<QGlyphRun> runs = layout->glyphRuns();
         for (const QGlyphRun& run : runs) {
@@ -78,10 +78,11 @@ void TextBlock::Stroke(QPainter& painter, const QPen& pen) const {
             const QList<quint32> glyphs = run.glyphIndexes();
             const QList<QPointF> positions = run.positions();
             for (qsizetype i = 0; i < glyphs.size(); ++i) {
-                painter.strokePath(font.pathForGlyph(glyphs[i]).translated(positions[i]), pen);
+                outlines.addPath(font.pathForGlyph(glyphs[i]).translated(positions[i]));
             }
         }
     }
+    return outlines;
 }
 
 }  // namespace lumirra

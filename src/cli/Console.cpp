@@ -1,0 +1,127 @@
+#include "cli/Console.h"
+
+#include <unistd.h>
+
+#include <QFileInfo>
+#include <algorithm>
+#include <cstdio>
+
+namespace lumirra {
+namespace {
+
+// File names may hold anything, also what would drive the terminal.
+QString Harmless(QString text) {
+    for (QChar& c : text) {
+        if (c.category() == QChar::Other_Control && c != QLatin1Char('\t')) {
+            c = QLatin1Char('?');
+        }
+    }
+    return text;
+}
+
+void Write(std::FILE* stream, const QString& text) {
+    const QByteArray bytes = text.toLocal8Bit();
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+QString MinutesAndSeconds(double seconds) {
+    const int whole = static_cast<int>(std::min(seconds, 359999.0) + 0.5);
+    return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QLatin1Char('0'));
+}
+
+}  // namespace
+
+Console::Console(bool quiet) : quiet_(quiet), onTerminal_(isatty(STDERR_FILENO) == 1) {}
+
+void Console::Result(const QString& line) {
+    ClearBar();
+    if (!quiet_) {
+        Write(stdout, Harmless(line) + QLatin1Char('\n'));
+    }
+}
+
+void Console::Print(const QString& text) {
+    Write(stdout, text);
+}
+
+void Console::Warning(const QString& line) {
+    ClearBar();
+    WriteError(QStringLiteral("Warning: ") + Harmless(line) + QLatin1Char('\n'));
+}
+
+void Console::Error(const QString& line) {
+    ClearBar();
+    WriteError(QStringLiteral("lumirra-cli: ") + Harmless(line) + QLatin1Char('\n'));
+}
+
+void Console::Progress(const QString& phase, int done, int total) {
+    if (quiet_ || total <= 0) {
+        return;
+    }
+    if (phase != phase_) {
+        phase_ = phase;
+        quarter_ = 0;
+        phaseStart_ = std::chrono::steady_clock::now();
+        lastShown_ = {};
+    }
+    if (onTerminal_) {
+        ShowBar(phase, done, total);
+        return;
+    }
+    const auto quarter = static_cast<int>(4LL * done / total);
+    if (quarter > quarter_) {
+        quarter_ = quarter;
+        WriteError(QStringLiteral("%1: %2 %, %3 of %4\n")
+                       .arg(phase)
+                       .arg(quarter * 25)
+                       .arg(done)
+                       .arg(total));
+    }
+}
+
+void Console::ShowBar(const QString& phase, int done, int total) {
+    using namespace std::chrono_literals;
+    constexpr int kCells = 30;
+    const auto now = std::chrono::steady_clock::now();
+    if (done < total && now - lastShown_ < 100ms) {
+        return;
+    }
+    lastShown_ = now;
+    const double share = static_cast<double>(done) / total;
+    const std::chrono::duration<double> spent = now - phaseStart_;
+    const int cells = static_cast<int>(share * kCells);
+    const QString left =
+        done > 0 && done < total
+            ? MinutesAndSeconds(spent.count() * (total - done) / done) + QStringLiteral(" left")
+            : QString();
+    WriteError(QStringLiteral("\r%1 [%2%3] %4 % %5\x1b[K")
+                   .arg(phase.leftJustified(8), QString(cells, QLatin1Char('#')),
+                        QString(kCells - cells, QLatin1Char('.')))
+                   .arg(static_cast<int>(share * 100), 3)
+                   .arg(left));
+    barShown_ = true;
+    if (done >= total) {
+        ClearBar();
+    }
+}
+
+void Console::ClearBar() {
+    if (barShown_) {
+        WriteError(QStringLiteral("\r\x1b[K"));
+        barShown_ = false;
+    }
+}
+
+void Console::WriteError(const QString& text) {
+    Write(stderr, text);
+}
+
+QString MessageOf(const Failure& failure) {
+    if (failure.file.isEmpty() || failure.message.contains(QFileInfo(failure.file).fileName())) {
+        return failure.message;
+    }
+    return failure.file + QStringLiteral(": ") + failure.message;
+}
+
+}  // namespace lumirra

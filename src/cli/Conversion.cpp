@@ -1,0 +1,209 @@
+#include "cli/Conversion.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "cli/JobPlan.h"
+#include "cli/KeptFrames.h"
+#include "cli/SourceLook.h"
+#include "output/GifWriter.h"
+#include "settings/NumberText.h"
+#include "settings/ProfileText.h"
+#include "settings/SettingsRecords.h"
+#include "sources/Extraction.h"
+#include "sources/TemporaryFolder.h"
+
+namespace lumirra {
+namespace {
+
+Failure Stopped() {
+    return {Failure::Kind::Stopped, QStringLiteral("Stopped; nothing was made."), {}};
+}
+
+Outcome<ControlValues> StartValues(const Options& options) {
+    if (options.profile.isEmpty()) {
+        return InitialControlValues();
+    }
+    return LoadProfile(options.profile);
+}
+
+/// Says how much of the sources could not be read; a few of many reasons are enough.
+void Warn(Console& console, const std::vector<Failure>& problems, int total, const QString& what) {
+    constexpr std::size_t kMostReasons = 5;
+    if (problems.empty()) {
+        return;
+    }
+    console.Warning(QStringLiteral("%1 of %2 %3").arg(problems.size()).arg(total).arg(what));
+    QStringList told;
+    for (const Failure& problem : problems) {
+        const QString message = MessageOf(problem);
+        if (!told.contains(message) && told.size() < static_cast<qsizetype>(kMostReasons)) {
+            console.Warning(message);
+            told << message;
+        }
+    }
+}
+
+struct Frames {
+    QStringList paths;
+    int total = 0;  ///< pictures that were asked for
+};
+
+Outcome<Frames> Extract(const Options& options, const ControlValues& values, const QString& folder,
+                        std::stop_token stop, Console& console) {
+    const ExtractionJob job{.videoPath = options.isVideo ? options.sources.front() : QString(),
+                            .imagePaths = options.isVideo ? QStringList() : options.sources,
+                            .startPosition = options.startPosition,
+                            .endPosition = options.endPosition,
+                            .directory = folder,
+                            .settings = ExtractionSettingsOf(values),
+                            .threads = options.threads};
+    int total = 0;
+    const ExtractionResult result = RunExtraction(
+        job, stop, [](const QString&) {},
+        [&](const ExtractionProgress& progress) {
+            total = progress.total;
+            console.Progress(QStringLiteral("Frames"), progress.stored, progress.total);
+        });
+    if (result.stopped || stop.stop_requested()) {
+        return Stopped();
+    }
+    const auto blank = std::count_if(
+        result.problems.begin(), result.problems.end(),
+        [](const Failure& problem) { return problem.kind != Failure::Kind::Damaged; });
+    // A video none of whose pictures could be decoded gives blank ones only.
+    const bool allBlank = options.isVideo && total > 0 && blank >= total;
+    if (result.framePaths.isEmpty() || allBlank) {
+        return result.problems.empty()
+                   ? Failure{Failure::Kind::Unreadable, QStringLiteral("No picture could be read."),
+                             options.sources.front()}
+                   : result.problems.front();
+    }
+    Warn(console, result.problems, total, QStringLiteral("pictures could not be read whole."));
+    return Frames{result.framePaths, total};
+}
+
+Outcome<GifResult> MakeGif(const Options& options, const ControlValues& values,
+                           const QStringList& frames, std::stop_token stop, Console& console) {
+    const OutputSettings output = OutputSettingsOf(values);
+    const GifRequest request{.framePaths = frames,
+                             .destination = options.output,
+                             .colorLevels = output.colorLevels,
+                             .fitMode = options.fitMode,
+                             .delaySeconds = output.delaySeconds,
+                             .loopCount = output.loopCount,
+                             .threads = options.threads};
+    auto gif = WriteGif(request, stop, [&](int done, int total) {
+        console.Progress(QStringLiteral("GIF"), done, total);
+    });
+    if (gif) {
+        Warn(console, gif->leftOut, static_cast<int>(frames.size()),
+             QStringLiteral("frames are not in the GIF."));
+    } else if (gif.failure().kind == Failure::Kind::Stopped) {
+        return Stopped();
+    }
+    return gif;
+}
+
+QString Summary(const QString& path, const GifResult& gif, double delaySeconds) {
+    const double delay = std::clamp(std::round(delaySeconds * 100), 1.0, 65535.0) / 100;
+    return QStringLiteral("%1: %2 frames, %3x%4, %5 s, %6 bytes")
+        .arg(path)
+        .arg(gif.frames)
+        .arg(gif.width)
+        .arg(gif.height)
+        .arg(FixedText(delay * gif.frames, 2))
+        .arg(gif.bytes);
+}
+
+/// Everything from the frames to the GIF. Done, or why not; nothing new stays in the latter case.
+std::optional<Failure> Make(const Options& options, const ControlValues& values,
+                            std::stop_token stop, Console& console) {
+    KeptFrames kept;
+    if (!options.keepFrames.isEmpty()) {
+        if (auto failure = kept.Open(options.keepFrames)) {
+            return failure;
+        }
+    }
+    const auto folder = TemporaryFolder::Make();
+    if (!folder) {
+        return folder.failure();
+    }
+    auto frames = Extract(options, values, folder->Path(), stop, console);
+    if (!frames) {
+        return frames.failure();
+    }
+    QStringList paths = frames->paths;
+    if (!options.keepFrames.isEmpty()) {
+        auto taken = kept.Take(paths);
+        if (!taken) {
+            return taken.failure();
+        }
+        paths = *taken;
+    }
+    if (!options.output.isEmpty()) {
+        const auto gif = MakeGif(options, values, paths, stop, console);
+        if (!gif) {
+            return gif.failure();
+        }
+        console.Result(Summary(options.output, *gif, OutputSettingsOf(values).delaySeconds));
+    }
+    kept.Keep();
+    if (!options.keepFrames.isEmpty()) {
+        console.Result(
+            QStringLiteral("%1: %2 frames kept").arg(options.keepFrames).arg(paths.size()));
+    }
+    return std::nullopt;
+}
+
+ExitCode Report(const Failure& failure, ExitCode code, Console& console) {
+    console.Error(MessageOf(failure));
+    return code;
+}
+
+}  // namespace
+
+ExitCode Convert(const Options& options, std::stop_token stop, Console& console) {
+    const auto start = StartValues(options);
+    if (!start) {
+        return Report(start.failure(), ExitCode::Failed, console);
+    }
+    // Mistakes in the settings are told before any file is opened.
+    if (const auto tried = ApplySettings(*start, options, {}); !tried) {
+        return Report(tried.failure(), ExitCode::Usage, console);
+    }
+    if (auto failure = CheckTargets(options)) {
+        return Report(*failure, ExitCode::Failed, console);
+    }
+    SourceLook look;
+    if (!options.sources.isEmpty()) {
+        const auto looked = LookAt(options.sources, options.isVideo);
+        if (!looked) {
+            return Report(looked.failure(), ExitCode::Failed, console);
+        }
+        look = *looked;
+    }
+    const auto values = ApplySettings(*start, options, look.size);
+    if (!values) {
+        return Report(values.failure(), ExitCode::Usage, console);
+    }
+    if (!options.sources.isEmpty()) {
+        if (auto failure = CheckValues(*values, options, look)) {
+            return Report(*failure, ExitCode::Failed, console);
+        }
+    }
+    if (!options.writeProfile.isEmpty()) {
+        if (const auto saved = SaveProfile(*values, options.writeProfile); !saved) {
+            return Report(saved.failure(), ExitCode::Failed, console);
+        }
+    }
+    if (options.output.isEmpty() && options.keepFrames.isEmpty()) {
+        return ExitCode::Success;
+    }
+    if (auto failure = Make(options, *values, stop, console)) {
+        return Report(*failure, ExitCode::Failed, console);
+    }
+    return ExitCode::Success;
+}
+
+}  // namespace lumirra

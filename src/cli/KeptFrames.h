@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QStringList>
+#include <optional>
+
+#include "imaging/Outcome.h"
+
+namespace lumirra {
+
+/// The folder where frames are left for the user. Until `Keep` is called, everything that was put
+/// there goes again at the end of its life.
+class KeptFrames {
+  public:
+    KeptFrames() = default;
+    ~KeptFrames();
+    KeptFrames(const KeptFrames&) = delete;
+    KeptFrames& operator=(const KeptFrames&) = delete;
+
+    /// Makes the folder when it is not there (the one that holds it must be). Refuses one that
+    /// already has frames in it.
+    std::optional<Failure> Open(const QString& folder);
+    /// Moves the frames there as "frame00001.png" ...; gives their new paths.
+    Outcome<QStringList> Take(const QStringList& framePaths);
+    void Keep() { kept_ = true; }
+
+  private:
+    QString folder_;
+    bool made_ = false;
+    bool kept_ = false;
+    QStringList taken_;
+};
+
+}  // namespace lumirra

@@ -1,0 +1,174 @@
+#include "cli/SourceLook.h"
+
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "settings/NumberText.h"
+#include "sources/StillReader.h"
+#include "sources/VideoReader.h"
+#include "sources/VideoTools.h"
+
+namespace lumirra {
+namespace {
+
+std::optional<Failure> NotAFile(const QString& path) {
+    const QFileInfo info(path);
+    if (!info.exists()) {
+        return Failure{Failure::Kind::NotFound,
+                       QStringLiteral("There is no file \"%1\".").arg(path), path};
+    }
+    if (info.isDir()) {
+        return Failure{Failure::Kind::Unsupported,
+                       QStringLiteral("\"%1\" is a folder; give a video or pictures.").arg(path),
+                       path};
+    }
+    // A pipe or a device might never come to an end.
+    if (!info.isFile()) {
+        return Failure{Failure::Kind::Unsupported,
+                       QStringLiteral("\"%1\" is not an ordinary file.").arg(path), path};
+    }
+    return std::nullopt;
+}
+
+Outcome<SourceLook> LookAtVideo(const QString& path) {
+    auto reader = VideoReader::Open(path);
+    if (!reader) {
+        return reader.failure();
+    }
+    const VideoInfo& info = reader->Info();
+    return SourceLook{{static_cast<double>(info.shownWidth), static_cast<double>(info.shownHeight)},
+                      info.durationSeconds};
+}
+
+QString Size(int width, int height) {
+    return QStringLiteral("%1x%2").arg(width).arg(height);
+}
+
+QString Yes(bool value) {
+    return value ? QStringLiteral("yes") : QStringLiteral("no");
+}
+
+QString AsText(const std::vector<std::pair<QString, QString>>& lines) {
+    QString text;
+    for (const auto& [name, value] : lines) {
+        text += (name + QLatin1Char(':')).leftJustified(14) + value + QLatin1Char('\n');
+    }
+    return text;
+}
+
+QString AsJson(const QJsonObject& object) {
+    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Indented));
+}
+
+QString VideoAsText(const QString& path, const VideoInfo& info) {
+    const QString color =
+        QStringLiteral("%1 matrix, %2 transfer, %3 primaries, %4 range%5")
+            .arg(info.colorMatrix, info.colorTransfer, info.colorPrimaries,
+                 info.fullRange ? QStringLiteral("full") : QStringLiteral("limited"),
+                 info.colorTagged ? QString() : QStringLiteral(" (assumed: not tagged)"));
+    return AsText({{QStringLiteral("File"), path},
+                   {QStringLiteral("Kind"), QStringLiteral("video, ") + info.codec},
+                   {QStringLiteral("Size"), Size(info.shownWidth, info.shownHeight)},
+                   {QStringLiteral("Stored size"), Size(info.storedWidth, info.storedHeight)},
+                   {QStringLiteral("Rotation"),
+                    QStringLiteral("%1 degrees clockwise").arg(info.rotationDegrees)},
+                   {QStringLiteral("Duration"),
+                    VideoTools::TimeLabel(info.durationSeconds) +
+                        QStringLiteral(" (%1 s)").arg(FixedText(info.durationSeconds, 3))},
+                   {QStringLiteral("Frame rate"),
+                    info.framesPerSecond > 0
+                        ? FixedText(info.framesPerSecond, 3) + QStringLiteral(" frames per second")
+                        : QStringLiteral("unknown")},
+                   {QStringLiteral("Pixel format"), info.pixelFormat},
+                   {QStringLiteral("Colour"), color},
+                   {QStringLiteral("Sound"), Yes(info.hasSound)}});
+}
+
+QString VideoAsJson(const QString& path, const VideoInfo& info) {
+    return AsJson({{QStringLiteral("file"), path},
+                   {QStringLiteral("kind"), QStringLiteral("video")},
+                   {QStringLiteral("codec"), info.codec},
+                   {QStringLiteral("width"), info.shownWidth},
+                   {QStringLiteral("height"), info.shownHeight},
+                   {QStringLiteral("storedWidth"), info.storedWidth},
+                   {QStringLiteral("storedHeight"), info.storedHeight},
+                   {QStringLiteral("rotationDegrees"), info.rotationDegrees},
+                   {QStringLiteral("durationSeconds"), info.durationSeconds},
+                   {QStringLiteral("framesPerSecond"), info.framesPerSecond},
+                   {QStringLiteral("pixelFormat"), info.pixelFormat},
+                   {QStringLiteral("colorMatrix"), info.colorMatrix},
+                   {QStringLiteral("colorTransfer"), info.colorTransfer},
+                   {QStringLiteral("colorPrimaries"), info.colorPrimaries},
+                   {QStringLiteral("fullRange"), info.fullRange},
+                   {QStringLiteral("colorTagged"), info.colorTagged},
+                   {QStringLiteral("sound"), info.hasSound}});
+}
+
+Outcome<QString> DescribeVideo(const QString& path, bool json) {
+    auto reader = VideoReader::Open(path);
+    if (!reader) {
+        return reader.failure();
+    }
+    return json ? VideoAsJson(path, reader->Info()) : VideoAsText(path, reader->Info());
+}
+
+Outcome<QString> DescribePicture(const QString& path, bool json) {
+    const SourceImage source = ReadStill(path);
+    if (source.image.isNull()) {
+        return *source.problem;
+    }
+    const QString problem = source.problem ? source.problem->message : QString();
+    const ImageSize stored = ImageTools::PixelSize(path).value_or(ImageSize{
+        static_cast<double>(source.image.width()), static_cast<double>(source.image.height())});
+    const int storedWidth = static_cast<int>(stored.width);
+    const int storedHeight = static_cast<int>(stored.height);
+    if (json) {
+        return AsJson({{QStringLiteral("file"), path},
+                       {QStringLiteral("kind"), QStringLiteral("picture")},
+                       {QStringLiteral("width"), source.image.width()},
+                       {QStringLiteral("height"), source.image.height()},
+                       {QStringLiteral("storedWidth"), storedWidth},
+                       {QStringLiteral("storedHeight"), storedHeight},
+                       {QStringLiteral("problem"), problem}});
+    }
+    return AsText(
+        {{QStringLiteral("File"), path},
+         {QStringLiteral("Kind"), QStringLiteral("picture")},
+         {QStringLiteral("Size"), Size(source.image.width(), source.image.height())},
+         {QStringLiteral("Stored size"), Size(storedWidth, storedHeight)},
+         {QStringLiteral("Problem"), problem.isEmpty() ? QStringLiteral("none") : problem}});
+}
+
+}  // namespace
+
+Outcome<SourceLook> LookAt(const QStringList& sources, bool isVideo) {
+    for (const QString& path : sources) {
+        if (auto failure = NotAFile(path)) {
+            return *failure;
+        }
+    }
+    if (isVideo) {
+        return LookAtVideo(sources.front());
+    }
+    std::optional<Failure> first;
+    for (const QString& path : sources) {
+        const SourceImage source = ReadStill(path);
+        if (!source.image.isNull()) {
+            return SourceLook{{static_cast<double>(source.image.width()),
+                               static_cast<double>(source.image.height())},
+                              0};
+        }
+        first = first ? first : source.problem;
+    }
+    return *first;
+}
+
+Outcome<QString> DescribeSource(const QString& path, bool json) {
+    if (auto failure = NotAFile(path)) {
+        return *failure;
+    }
+    return IsPicture(path) ? DescribePicture(path, json) : DescribeVideo(path, json);
+}
+
+}  // namespace lumirra
