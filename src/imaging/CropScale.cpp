@@ -15,11 +15,12 @@ namespace lumirra::ImageTools {
 namespace {
 
 bool IsOpaque(const QImage& rgba) {
+    const int width = rgba.width();
     for (int y = 0; y < rgba.height(); ++y) {
         // Whole words, since the loop over every fourth byte is not vectorised.
         const auto* row = reinterpret_cast<const std::uint32_t*>(rgba.constScanLine(y));
         std::uint32_t all = ~0U;
-        for (int x = 0; x < rgba.width(); ++x) {
+        for (int x = 0; x < width; ++x) {
             all &= row[x];
         }
         if ((all & qToBigEndian(0xFFU)) != qToBigEndian(0xFFU)) {

@@ -103,9 +103,10 @@ std::vector<float> ShadowAlpha(const QImage& glyphs) {
 void AddShadow(QImage& glyphs) {
     const std::vector<float> shadow = ShadowAlpha(glyphs);
     const float* under = shadow.data();
+    const int width = glyphs.width();
     for (int y = 0; y < glyphs.height(); ++y) {
         auto* row = reinterpret_cast<QRgb*>(glyphs.scanLine(y));
-        for (int x = 0; x < glyphs.width(); ++x, ++under) {
+        for (int x = 0; x < width; ++x, ++under) {
             const auto alpha = static_cast<float>(qAlpha(row[x]));
             const float sum = alpha + *under * (255 - alpha) / 255;
             const auto rounded = static_cast<unsigned>(std::min(sum + 0.5F, 255.0F));
@@ -131,8 +132,8 @@ void PaintGlyphs(QImage& canvas, const QPoint& shift, const TextBlock& block,
     block.Fill(painter);
     if (style.strokeOn) {
         painter.setOpacity(1);
-        painter.strokePath(block.Outlines(), QPen(Qt::black, fontSize * kStrokeShare, Qt::SolidLine,
-                                                  Qt::RoundCap, Qt::RoundJoin));
+        block.Stroke(painter, QPen(Qt::black, fontSize * kStrokeShare, Qt::SolidLine, Qt::RoundCap,
+                                   Qt::RoundJoin));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "imaging/caption/TextBlock.h"
 
 #include <QGlyphRun>
+#include <QPainterPath>
 #include <QRawFont>
 #include <QStringList>
 #include <algorithm>
@@ -66,8 +67,7 @@ void TextBlock::Fill(QPainter& painter) const {
     }
 }
 
-QPainterPath TextBlock::Outlines() const {
-    QPainterPath outlines;
+void TextBlock::Stroke(QPainter& painter, const QPen& pen) const {
     for (const auto& layout : paragraphs_) {
         const QList<QGlyphRun> runs = layout->glyphRuns();
         for (const QGlyphRun& run : runs) {
@@ -78,11 +78,10 @@ QPainterPath TextBlock::Outlines() const {
             const QList<quint32> glyphs = run.glyphIndexes();
             const QList<QPointF> positions = run.positions();
             for (qsizetype i = 0; i < glyphs.size(); ++i) {
-                outlines.addPath(font.pathForGlyph(glyphs[i]).translated(positions[i]));
+                painter.strokePath(font.pathForGlyph(glyphs[i]).translated(positions[i]), pen);
             }
         }
     }
-    return outlines;
 }
 
 }  // namespace lumirra

@@ -2,7 +2,7 @@
 
 #include <QFont>
 #include <QPainter>
-#include <QPainterPath>
+#include <QPen>
 #include <QSize>
 #include <QString>
 #include <QTextLayout>
@@ -23,8 +23,8 @@ class TextBlock {
     /// Fills the glyphs; the block's top left corner is at the painter's origin.
     void Fill(QPainter& painter) const;
 
-    /// Outlines of the glyphs that have any; glyphs that are pictures have none.
-    QPainterPath Outlines() const;
+    /// Draws the outlines of the glyphs that have any; glyphs that are pictures have none.
+    void Stroke(QPainter& painter, const QPen& pen) const;
 
   private:
     void LayOut(const QString& paragraph, const QFont& font, int widthLimit);

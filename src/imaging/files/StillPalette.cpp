@@ -26,9 +26,10 @@ std::optional<IndexedPicture> IndexExactly(const QImage& rgba) {
     picture.pixels.reserve(static_cast<std::size_t>(rgba.width()) *
                            static_cast<std::size_t>(rgba.height()));
     std::unordered_map<std::uint32_t, std::uint8_t> indices;
+    const int width = rgba.width();
     for (int y = 0; y < rgba.height(); ++y) {
         const std::uint8_t* p = rgba.constScanLine(y);
-        for (int x = 0; x < rgba.width(); ++x, p += 4) {
+        for (int x = 0; x < width; ++x, p += 4) {
             if (p[3] < kOpaqueFrom) {
                 picture.pixels.push_back(kTransparent);
                 picture.hasTransparency = true;
@@ -64,9 +65,10 @@ std::size_t BinOf(int r, int g, int b) {
 
 std::vector<Bin> UsedBins(const QImage& rgba) {
     std::vector<Bin> bins(32768);
+    const int width = rgba.width();
     for (int y = 0; y < rgba.height(); ++y) {
         const std::uint8_t* p = rgba.constScanLine(y);
-        for (int x = 0; x < rgba.width(); ++x, p += 4) {
+        for (int x = 0; x < width; ++x, p += 4) {
             if (p[3] >= kOpaqueFrom) {
                 Bin& bin = bins[BinOf(p[0], p[1], p[2])];
                 ++bin.count;

@@ -26,39 +26,67 @@ void MixAlongRowOnTarget(const float* row, const ResampleWeights& weights, std::
 
 // Products and sums are kept apart: fused ones would round differently from machine to machine.
 
-/// From pixel `x` on in whole vectors; returns the first pixel left over.
-template <class D>
-int MixRowsBy(D d, const std::uint8_t* const* rows, const float* weights, int count, bool opaque,
-              float* out, int x, int pixels) {
+/// Four RGBA8 bytes a pixel as floats, colours multiplied by alpha unless `kOpaque`.
+template <bool kOpaque, class D>
+HWY_INLINE hn::Vec<D> LoadPixels(D d, const std::uint8_t* p) {
     const hn::Rebind<std::uint8_t, D> bytes;
-    const hn::RebindToSigned<D> ints;
-    const int step = static_cast<int>(hn::Lanes(d) / 4);
-    alignas(64) static constexpr float kAlphaLane[16] = {0, 0, 0, 1, 0, 0, 0, 1,
-                                                         0, 0, 0, 1, 0, 0, 0, 1};
-    const auto isAlpha = hn::Gt(hn::Load(d, kAlphaLane), hn::Zero(d));
-    const auto one = hn::Set(d, 1.0F);
-    const auto scale = hn::Set(d, 1.0F / 255);
-    for (; x + step <= pixels; x += step) {
-        auto sum = hn::Zero(d);
-        for (int k = 0; k < count; ++k) {
-            const auto raw = hn::LoadU(bytes, rows[k] + std::size_t{4} * static_cast<unsigned>(x));
-            auto value = hn::ConvertTo(d, hn::PromoteTo(ints, raw));
-            if (!opaque) {
-                const auto alpha = hn::Mul(hn::Broadcast<3>(value), scale);
-                value = hn::Mul(value, hn::IfThenElse(isAlpha, one, alpha));
-            }
-            sum = hn::Add(sum, hn::Mul(value, hn::Set(d, weights[k])));
-        }
-        hn::StoreU(sum, d, out + std::size_t{4} * static_cast<unsigned>(x));
+    const auto value =
+        hn::ConvertTo(d, hn::PromoteTo(hn::RebindToSigned<D>(), hn::LoadU(bytes, p)));
+    if constexpr (kOpaque) {
+        return value;
+    } else {
+        alignas(64) static constexpr float kAlphaLane[16] = {0, 0, 0, 1, 0, 0, 0, 1,
+                                                             0, 0, 0, 1, 0, 0, 0, 1};
+        const auto isAlpha = hn::Gt(hn::Load(d, kAlphaLane), hn::Zero(d));
+        const auto alpha = hn::Mul(hn::Broadcast<3>(value), hn::Set(d, 1.0F / 255));
+        return hn::Mul(value, hn::IfThenElse(isAlpha, hn::Set(d, 1.0F), alpha));
     }
-    return x;
+}
+
+/// From float `i` on in groups of `kVectors` vectors, which share the loads of row and weight;
+/// returns the first float left over.
+template <bool kOpaque, int kVectors, class D>
+std::size_t MixRowsBy(D d, const std::uint8_t* const* rows, const float* weights, int count,
+                      float* out, std::size_t i, std::size_t end) {
+    const std::size_t lanes = hn::Lanes(d);
+    for (; i + kVectors * lanes <= end; i += kVectors * lanes) {
+        auto a = hn::Zero(d);
+        auto b = a;
+        auto c = a;
+        auto e = a;
+        for (int k = 0; k < count; ++k) {
+            const std::uint8_t* p = rows[k] + i;
+            const auto weight = hn::Set(d, weights[k]);
+            a = hn::Add(a, hn::Mul(LoadPixels<kOpaque>(d, p), weight));
+            if constexpr (kVectors == 4) {
+                b = hn::Add(b, hn::Mul(LoadPixels<kOpaque>(d, p + lanes), weight));
+                c = hn::Add(c, hn::Mul(LoadPixels<kOpaque>(d, p + 2 * lanes), weight));
+                e = hn::Add(e, hn::Mul(LoadPixels<kOpaque>(d, p + 3 * lanes), weight));
+            }
+        }
+        hn::StoreU(a, d, out + i);
+        if constexpr (kVectors == 4) {
+            hn::StoreU(b, d, out + i + lanes);
+            hn::StoreU(c, d, out + i + 2 * lanes);
+            hn::StoreU(e, d, out + i + 3 * lanes);
+        }
+    }
+    return i;
+}
+
+template <bool kOpaque>
+void MixRowsAs(const std::uint8_t* const* rows, const float* weights, int count, float* out,
+               std::size_t floats) {
+    const hn::CappedTag<float, 16> wide;
+    const hn::CappedTag<float, 4> pixel;
+    const std::size_t i = MixRowsBy<kOpaque, 4>(wide, rows, weights, count, out, 0, floats);
+    MixRowsBy<kOpaque, 1>(pixel, rows, weights, count, out, i, floats);
 }
 
 void MixRowsOnTarget(const std::uint8_t* const* rows, const float* weights, int count, bool opaque,
                      float* out, int pixels) {
-    const int x =
-        MixRowsBy(hn::CappedTag<float, 16>(), rows, weights, count, opaque, out, 0, pixels);
-    MixRowsBy(hn::CappedTag<float, 4>(), rows, weights, count, opaque, out, x, pixels);
+    const std::size_t floats = std::size_t{4} * static_cast<unsigned>(pixels);
+    (opaque ? MixRowsAs<true> : MixRowsAs<false>)(rows, weights, count, out, floats);
 }
 
 void MixAlongRowOnTarget(const float* row, const ResampleWeights& weights, std::uint8_t* out) {
