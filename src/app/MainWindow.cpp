@@ -70,7 +70,7 @@ void MainWindow::RestoreLayout() {
     controls_->splitterMain->setStretchFactor(0, 0);
     controls_->splitterMain->setStretchFactor(1, 1);
     controls_->splitterMain->setStretchFactor(2, 0);
-    controls_->splitterMain->setSizes({222, 670, 378});
+    controls_->splitterMain->setSizes({218, 674, 378});
     controls_->splitterRight->setStretchFactor(0, 0);
     controls_->splitterRight->setStretchFactor(1, 1);
     controls_->splitterRight->setSizes({430, 330});

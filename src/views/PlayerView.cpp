@@ -7,11 +7,17 @@
 
 namespace lumirra {
 
-PlayerView::PlayerView(QWidget* parent) : QWidget(parent), sink_(new QVideoSink(this)) {
-    connect(sink_, &QVideoSink::videoFrameChanged, this, &PlayerView::TakeFrame);
-}
+PlayerView::PlayerView(QWidget* parent) : QWidget(parent) {}
 
 PlayerView::~PlayerView() = default;
+
+QVideoSink* PlayerView::Sink() {
+    if (sink_ == nullptr) {
+        sink_ = new QVideoSink(this);
+        connect(sink_, &QVideoSink::videoFrameChanged, this, &PlayerView::TakeFrame);
+    }
+    return sink_;
+}
 
 void PlayerView::SetShownSize(const QSize& size) {
     shownSize_ = size;

@@ -18,7 +18,9 @@ class PlayerView : public QWidget {
     explicit PlayerView(QWidget* parent = nullptr);
     ~PlayerView() override;
 
-    QVideoSink* Sink() const { return sink_; }
+    /// Made by the first call: it loads the media back end, which takes as long as the whole
+    /// window.
+    QVideoSink* Sink();
 
     /// The size the video is meant to be shown at (upright, square pixels): its proportions are
     /// used instead of those of the stored pictures. Empty: the pictures' own.
@@ -36,7 +38,7 @@ class PlayerView : public QWidget {
   private:
     void TakeFrame(const QVideoFrame& frame);
 
-    QVideoSink* sink_;
+    QVideoSink* sink_ = nullptr;
     QVideoFrame frame_;
     QImage buffer_;  ///< kept from picture to picture
     QSize shownSize_;

@@ -82,7 +82,7 @@ int ValueSlider::FieldWidth() const {
         const QString text = QString::number(bound, 'f', decimals()) + suffix();
         widest = std::max(widest, metrics.horizontalAdvance(text));
     }
-    return std::max(64, widest + 24);
+    return std::max(64, widest + 18);
 }
 
 QRectF ValueSlider::BarRect() const {

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QStyleFactory>
 #include <QStyleOption>
@@ -129,6 +130,20 @@ void DrawIndicator(const QStyleOption& option, QPainter& painter, bool round) {
     painter.restore();
 }
 
+/// Around what scrolls, around a picture, and around a text of several lines, which is a field.
+void DrawFrame(const QStyleOption& option, QPainter& painter, const QWidget* widget) {
+    const ThemeColours& colours = ColoursOf(option.palette);
+    if (qobject_cast<const QPlainTextEdit*>(widget) != nullptr) {
+        Shapes::Field(painter, option.rect, colours, Enabled(option), Focused(option));
+        return;
+    }
+    Shapes::Box(painter, option.rect, Has(widget, "canvas") ? colours.canvas : Qt::transparent,
+                colours.border);
+    if (Focused(option)) {
+        Shapes::FocusRing(painter, option.rect, colours);
+    }
+}
+
 void DrawTab(const QStyleOptionTab& option, QPainter& painter) {
     const ThemeColours& colours = ColoursOf(option.palette);
     const bool chosen = option.state & QStyle::State_Selected;
@@ -243,8 +258,7 @@ void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
         case PE_FrameTabBarBase:
             return;
         case PE_Frame:
-            Shapes::Box(*painter, option->rect,
-                        Has(widget, "canvas") ? colours.canvas : Qt::transparent, colours.border);
+            DrawFrame(*option, *painter, widget);
             return;
         case PE_PanelTipLabel:
             Shapes::Box(*painter, option->rect, colours.surface, colours.border, 4);
