@@ -4,12 +4,14 @@
 #include <QFileInfo>
 #include <QImageWriter>
 #include <QPainter>
-#include <QSaveFile>
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <optional>
 
 #include "imaging/files/PngEncoder.h"
+#include "imaging/files/ReplaceFile.h"
 #include "imaging/files/StillGif.h"
 
 namespace lumirra::ImageTools {
@@ -66,7 +68,7 @@ Failure WriteFailure(const QString& path, const QString& reason) {
 }
 
 /// The reason in the user's words where there are better ones than the system's.
-QString ReasonFor(const QString& path, const QSaveFile& file) {
+QString ReasonFor(const QString& path, int error) {
     const QFileInfo target(path);
     const QFileInfo folder(target.absolutePath());
     if (target.isDir()) {
@@ -81,13 +83,13 @@ QString ReasonFor(const QString& path, const QSaveFile& file) {
     if (!folder.isDir()) {
         return QStringLiteral("\"%1\" is not a folder").arg(folder.filePath());
     }
-    if (file.error() == QFileDevice::ResourceError) {
+    if (error == ENOSPC || error == EDQUOT) {
         return QStringLiteral("the disk is full");
     }
     if (!folder.isWritable() || (target.exists() && !target.isWritable())) {
         return QStringLiteral("you have no right to write there");
     }
-    return file.errorString();
+    return QString::fromLocal8Bit(std::strerror(error));
 }
 
 }  // namespace
@@ -111,13 +113,12 @@ Outcome<Done> WriteImage(const QImage& image, const QString& path, ImageFileForm
                 .arg(image.height()),
             path};
     }
-    QSaveFile file(path);
     const QFileInfo target(path);
     if (target.exists() && !target.isFile()) {  // the rename would replace a device or a pipe
-        return WriteFailure(path, ReasonFor(path, file));
+        return WriteFailure(path, ReasonFor(path, 0));
     }
-    if (!file.open(QIODevice::WriteOnly) || file.write(*bytes) != bytes->size() || !file.commit()) {
-        return WriteFailure(path, ReasonFor(path, file));
+    if (const int error = ReplaceFile(path, *bytes); error != 0) {
+        return WriteFailure(path, ReasonFor(path, error));
     }
     return Done{};
 }

@@ -1,54 +1,96 @@
 #include "imaging/files/PngEncoder.h"
 
-#include <spng.h>
+#include <zlib.h>
 
-#include <memory>
+#include <QtEndian>
+#include <algorithm>
+#include <new>
+#include <vector>
+
+#include "imaging/files/PixelDeflate.h"
 
 namespace lumirra {
 namespace {
 
-struct ContextDeleter {
-    void operator()(spng_ctx* context) const { spng_ctx_free(context); }
-};
-using Context = std::unique_ptr<spng_ctx, ContextDeleter>;
+constexpr char kUpFilter = 2;
+constexpr std::size_t kBlockBytes = std::size_t{1} << 20;
 
-int AppendBytes(spng_ctx* /*context*/, void* user, void* source, std::size_t length) {
-    static_cast<QByteArray*>(user)->append(static_cast<const char*>(source),
-                                           static_cast<qsizetype>(length));
-    return SPNG_OK;
+void AppendNumber(QByteArray& file, std::uint32_t number) {
+    number = qToBigEndian(number);
+    file.append(reinterpret_cast<const char*>(&number), sizeof number);
 }
 
-bool SetUp(spng_ctx* context, const QImage& rgba, QByteArray& file) {
-    spng_ihdr header{};
-    header.width = static_cast<std::uint32_t>(rgba.width());
-    header.height = static_cast<std::uint32_t>(rgba.height());
-    header.bit_depth = 8;
-    header.color_type = SPNG_COLOR_TYPE_TRUECOLOR_ALPHA;
-    return spng_set_png_stream(context, AppendBytes, &file) == SPNG_OK &&
-           spng_set_ihdr(context, &header) == SPNG_OK &&
-           spng_set_option(context, SPNG_IMG_COMPRESSION_LEVEL, 1) == SPNG_OK &&
-           spng_set_option(context, SPNG_FILTER_CHOICE, SPNG_FILTER_CHOICE_UP) == SPNG_OK &&
-           spng_encode_image(context, nullptr, 0, SPNG_FMT_PNG,
-                             SPNG_ENCODE_PROGRESSIVE | SPNG_ENCODE_FINALIZE) == SPNG_OK;
+void AppendChunk(QByteArray& file, const char* type, const QByteArray& data) {
+    AppendNumber(file, static_cast<std::uint32_t>(data.size()));
+    const qsizetype start = file.size();
+    file.append(type, 4);
+    file.append(data);
+    const auto* checked = reinterpret_cast<const Bytef*>(file.constData() + start);
+    AppendNumber(file, static_cast<std::uint32_t>(
+                           crc32_z(0, checked, static_cast<z_size_t>(file.size() - start))));
+}
+
+QByteArray HeaderOf(const QImage& rgba) {
+    constexpr char kEightBits = 8;
+    constexpr char kTrueColourWithAlpha = 6;
+    QByteArray header;
+    AppendNumber(header, static_cast<std::uint32_t>(rgba.width()));
+    AppendNumber(header, static_cast<std::uint32_t>(rgba.height()));
+    header.append(kEightBits);
+    header.append(kTrueColourWithAlpha);
+    header.append(3, '\0');  // deflate, the standard filters, not interlaced
+    return header;
+}
+
+/// The filter byte and the row less the row above it; the first row stands below zeros.
+void FilterRow(const QImage& rgba, int y, std::uint8_t* out) {
+    const auto bytes = static_cast<std::size_t>(rgba.width()) * 4;
+    const std::uint8_t* const row = rgba.constScanLine(y);
+    *out++ = kUpFilter;
+    if (y == 0) {
+        std::copy_n(row, bytes, out);
+        return;
+    }
+    const std::uint8_t* const above = rgba.constScanLine(y - 1);
+    for (std::size_t i = 0; i < bytes; ++i) {
+        out[i] = static_cast<std::uint8_t>(row[i] - above[i]);
+    }
+}
+
+QByteArray EncodeWhole(const QImage& rgba) {
+    QByteArray file("\x89PNG\r\n\x1a\n", 8);
+    AppendChunk(file, "IHDR", HeaderOf(rgba));
+    const std::size_t rowBytes = 1 + static_cast<std::size_t>(rgba.width()) * 4;
+    const int blockRows = static_cast<int>(std::max<std::size_t>(1, kBlockBytes / rowBytes));
+    std::vector<std::uint8_t> rows(rowBytes *
+                                   static_cast<std::size_t>(std::min(blockRows, rgba.height())));
+    QByteArray stream;
+    PixelDeflate deflate(stream);
+    for (int y = 0; y < rgba.height(); y += blockRows) {
+        const int count = std::min(blockRows, rgba.height() - y);
+        for (int i = 0; i < count; ++i) {
+            FilterRow(rgba, y + i, rows.data() + static_cast<std::size_t>(i) * rowBytes);
+        }
+        deflate.Block({rows.data(), static_cast<std::size_t>(count) * rowBytes}, rgba.width(),
+                      y + count == rgba.height());
+        AppendChunk(file, "IDAT", stream);
+        stream.resize(0);
+    }
+    AppendChunk(file, "IEND", {});
+    return file;
 }
 
 }  // namespace
 
 std::optional<QByteArray> EncodePng(const QImage& rgba) {
-    QByteArray file;
-    const Context context(spng_ctx_new(SPNG_CTX_ENCODER));
-    if (context == nullptr || !SetUp(context.get(), rgba, file)) {
+    if (rgba.isNull()) {
         return std::nullopt;
     }
-    const std::size_t rowBytes = static_cast<std::size_t>(rgba.width()) * 4;
-    int state = SPNG_OK;
-    for (int y = 0; y < rgba.height() && state == SPNG_OK; ++y) {
-        state = spng_encode_row(context.get(), rgba.constScanLine(y), rowBytes);
-    }
-    if (state != SPNG_EOI) {  // the last row ends the file
+    try {
+        return EncodeWhole(rgba);
+    } catch (const std::bad_alloc&) {
         return std::nullopt;
     }
-    return file;
 }
 
 }  // namespace lumirra

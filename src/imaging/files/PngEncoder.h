@@ -6,8 +6,7 @@
 
 namespace lumirra {
 
-/// The whole PNG file of an RGBA8888 picture: 8-bit RGBA, the fastest deflate level and the 'up'
-/// filter, which keeps most of the gain of filtering at the price of one subtraction a byte.
+/// The whole PNG file of an RGBA8888 picture: 8-bit RGBA, the 'up' filter and `PixelDeflate`.
 /// Absent when memory runs out or the picture is beyond what a PNG can hold.
 std::optional<QByteArray> EncodePng(const QImage& rgba);
 
