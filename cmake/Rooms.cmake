@@ -6,6 +6,8 @@ function(lumirra_room name)
   cmake_parse_arguments(ROOM "" "" "USES;LINKS" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp
        ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  # the program's own start-up is no part of the library that tests link
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
   add_library(lumirra_${name} STATIC ${sources})
   set_target_properties(lumirra_${name} PROPERTIES LINKER_LANGUAGE CXX)
   target_include_directories(lumirra_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)

@@ -11,6 +11,7 @@
 // user's settings are touched.
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_MEDIA_BACKEND", "ffmpeg");
     QApplication application(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("lumirra-tests"));
     QCoreApplication::setApplicationName(QStringLiteral("lumirra-tests"));

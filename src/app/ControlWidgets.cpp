@@ -1,0 +1,167 @@
+#include "app/ControlWidgets.h"
+
+#include <QCheckBox>
+#include <QColor>
+#include <QLineEdit>
+#include <QRadioButton>
+
+#include "views/CaptionField.h"
+#include "views/ColorWell.h"
+#include "views/PopUp.h"
+#include "views/Stepper.h"
+#include "views/ValueSlider.h"
+
+namespace lumirra {
+namespace {
+
+template <typename Widget>
+Widget& As(QWidget& widget) {
+    auto* typed = qobject_cast<Widget*>(&widget);
+    Q_ASSERT(typed);
+    return *typed;
+}
+
+QString TextOf(QWidget& widget) {
+    const auto* caption = qobject_cast<CaptionField*>(&widget);
+    return caption != nullptr ? caption->text() : As<QLineEdit>(widget).text();
+}
+
+/// The cursor of a field that holds the text already stays where it is.
+void SetTextOf(QWidget& widget, const QString& text) {
+    if (TextOf(widget) == text) {
+        return;
+    }
+    if (auto* caption = qobject_cast<CaptionField*>(&widget)) {
+        caption->setText(text);
+    } else {
+        As<QLineEdit>(widget).setText(text);
+    }
+}
+
+QColor ToQColor(const TextColor& color) {
+    return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
+                            static_cast<float>(color.blue), static_cast<float>(color.alpha));
+}
+
+TextColor ToTextColor(const QColor& color) {
+    return {color.redF(), color.greenF(), color.blueF(), color.alphaF()};
+}
+
+}  // namespace
+
+ControlWidgets::ControlWidgets(QWidget& window, std::function<void(Control)> onEdited)
+    : onEdited_(std::move(onEdited)) {
+    for (const ControlRow& row : ControlTable()) {
+        widgets_[static_cast<std::size_t>(row.control)] = window.findChild<QWidget*>(row.name);
+        Connect(row);
+    }
+}
+
+void ControlWidgets::Connect(const ControlRow& row) {
+    QWidget& widget = WidgetOf(row.control);
+    const auto edited = [this, control = row.control] { onEdited_(control); };
+    switch (row.kind) {
+        case ControlKind::Slider:
+        case ControlKind::Stepper:
+            QObject::connect(&As<RangeControl>(widget), &RangeControl::ValueEdited, &widget,
+                             edited);
+            break;
+        case ControlKind::Check:
+            QObject::connect(&As<QCheckBox>(widget), &QCheckBox::clicked, &widget, edited);
+            break;
+        case ControlKind::Radio:
+            QObject::connect(&As<QRadioButton>(widget), &QRadioButton::clicked, &widget,
+                             [&widget, edited] {
+                                 // A click on the radio that is on leaves it on.
+                                 As<QRadioButton>(widget).setChecked(true);
+                                 edited();
+                             });
+            break;
+        case ControlKind::PopUp:
+            QObject::connect(&As<PopUp>(widget), &PopUp::activated, &widget, edited);
+            break;
+        case ControlKind::Text:
+            if (auto* caption = qobject_cast<CaptionField*>(&widget)) {
+                QObject::connect(caption, &CaptionField::editingFinished, &widget, edited);
+            } else {
+                QObject::connect(&As<QLineEdit>(widget), &QLineEdit::editingFinished, &widget,
+                                 edited);
+            }
+            break;
+        case ControlKind::Color:
+            QObject::connect(&As<ColorWell>(widget), &ColorWell::ColorEdited, &widget, edited);
+            break;
+    }
+}
+
+TextColor ControlWidgets::ColorOf(const QColor& shown) const {
+    return shown.rgba64() == ToQColor(color_).rgba64() ? color_ : ToTextColor(shown);
+}
+
+ControlValues ControlWidgets::Read() const {
+    ControlValues values;
+    values.SetCropUnitInForce(cropUnitInForce_);
+    for (const ControlRow& row : ControlTable()) {
+        QWidget& widget = WidgetOf(row.control);
+        switch (row.kind) {
+            case ControlKind::Slider:
+            case ControlKind::Stepper:
+                values.SetNumber(row.control, As<RangeControl>(widget).value());
+                break;
+            case ControlKind::Check:
+            case ControlKind::Radio:
+                values.SetOn(row.control, As<QAbstractButton>(widget).isChecked());
+                break;
+            case ControlKind::PopUp:
+                values.SetIndex(row.control, As<PopUp>(widget).currentIndex());
+                break;
+            case ControlKind::Text:
+                values.SetText(row.control, TextOf(widget));
+                break;
+            case ControlKind::Color:
+                values.SetColor(row.control, ColorOf(As<ColorWell>(widget).color()));
+                break;
+        }
+    }
+    return values;
+}
+
+void ControlWidgets::Write(const ControlValues& values) {
+    cropUnitInForce_ = values.CropUnitInForce();
+    for (const ControlRow& row : ControlTable()) {
+        QWidget& widget = WidgetOf(row.control);
+        switch (row.kind) {
+            case ControlKind::Slider:
+                As<RangeControl>(widget).setValue(values.Number(row.control));
+                break;
+            case ControlKind::Stepper: {
+                auto& stepper = As<RangeControl>(widget);
+                const ValueRange range = RangeInForce(row.control, cropUnitInForce_);
+                stepper.setRange(range.minimum, range.maximum);
+                stepper.setValue(values.Number(row.control));
+                break;
+            }
+            case ControlKind::Check:
+            case ControlKind::Radio:
+                As<QAbstractButton>(widget).setChecked(values.IsOn(row.control));
+                break;
+            case ControlKind::PopUp:
+                As<PopUp>(widget).setCurrentIndex(values.Index(row.control));
+                break;
+            case ControlKind::Text:
+                SetTextOf(widget, values.Text(row.control));
+                break;
+            case ControlKind::Color:
+                color_ = values.Color(row.control);
+                As<ColorWell>(widget).setColor(ToQColor(color_));
+                break;
+        }
+    }
+}
+
+bool ControlWidgets::IsDragged(Control control) const {
+    const auto* slider = qobject_cast<const ValueSlider*>(&WidgetOf(control));
+    return slider != nullptr && slider->IsDragged();
+}
+
+}  // namespace lumirra

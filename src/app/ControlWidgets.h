@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QColor>
+#include <QWidget>
+#include <array>
+#include <functional>
+
+#include "settings/ControlValues.h"
+
+namespace lumirra {
+
+/// The setting controls of the window as one value: finds each widget by its outlet name, sets it
+/// up from its row of the table, and reads and writes all of them. Main thread.
+class ControlWidgets {
+  public:
+    /// Every control of the table must be a child of `window`, set up by `DressControls`.
+    /// `onEdited` is called after a person changed a control (for a text field: committed it),
+    /// never for a change made by `Write`.
+    ControlWidgets(QWidget& window, std::function<void(Control)> onEdited);
+
+    ControlValues Read() const;
+    void Write(const ControlValues& values);
+
+    QWidget& WidgetOf(Control control) const {
+        return *widgets_[static_cast<std::size_t>(control)];
+    }
+    /// The knob of that slider is held just now.
+    bool IsDragged(Control control) const;
+
+  private:
+    void Connect(const ControlRow& row);
+    /// What was written, unless the well now shows another colour: a well holds 16 bits only.
+    TextColor ColorOf(const QColor& shown) const;
+
+    std::array<QWidget*, kControlCount> widgets_{};
+    std::function<void(Control)> onEdited_;
+    int cropUnitInForce_ = 0;
+    TextColor color_;
+};
+
+}  // namespace lumirra

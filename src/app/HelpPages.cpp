@@ -1,0 +1,89 @@
+#include "app/HelpPages.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QMessageBox>
+
+namespace lumirra {
+namespace {
+
+/// A configured address, else a page beside the program or in the source tree it was built from.
+QUrl HelpAddress(const char* configured, const QString& page) {
+    const QUrl address(QString::fromUtf8(configured));
+    if (!address.isEmpty()) {
+        return address;
+    }
+    const QDir program(QCoreApplication::applicationDirPath());
+    for (const QString& folder : {program.filePath(QStringLiteral("../share/doc/lumirra/help")),
+                                  QString::fromUtf8(LUMIRRA_HELP_DIR)}) {
+        const QString path = QDir(folder).filePath(page);
+        if (QFile::exists(path)) {
+            return QUrl::fromLocalFile(QDir::cleanPath(path));
+        }
+    }
+    return {};
+}
+
+QString Translated(const char* text) {
+    return QCoreApplication::translate("lumirra::HelpPages", text);
+}
+
+void ShowText(QWidget& parent, const QString& title, const QString& html) {
+    QMessageBox box(QMessageBox::NoIcon, title, html, QMessageBox::Close, &parent);
+    box.setTextFormat(Qt::RichText);
+    box.setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
+    box.exec();
+}
+
+}  // namespace
+
+QUrl VideoHelpAddress() {
+    return HelpAddress(LUMIRRA_VIDEO_HELP_ADDRESS, QStringLiteral("from-a-video.html"));
+}
+
+QUrl PicturesHelpAddress() {
+    return HelpAddress(LUMIRRA_PICTURES_HELP_ADDRESS, QStringLiteral("from-pictures.html"));
+}
+
+void ShowAbout(QWidget& parent) {
+    const QString text =
+        Translated(
+            "<h3>Lumirra %1</h3>"
+            "<p>Turns a video, or a set of pictures, into an animated GIF.</p>"
+            "<p>Free software under the GNU General Public License, version 3 or later.</p>"
+            "<p>It is built on:</p>"
+            "<table cellspacing='4'>"
+            "<tr><td>Qt %2</td><td>GNU LGPL 3</td></tr>"
+            "<tr><td>FFmpeg's libraries</td><td>GNU LGPL 2.1 or later, GNU GPL 2 or later</td></tr>"
+            "<tr><td>Highway</td><td>Apache 2.0</td></tr>"
+            "<tr><td>libspng</td><td>BSD 2-Clause</td></tr>"
+            "</table>")
+            .arg(QCoreApplication::applicationVersion(), QString::fromLatin1(qVersion()));
+    ShowText(parent, Translated("About Lumirra"), text);
+}
+
+void ShowShortcuts(QWidget& parent) {
+    const struct {
+        const char* keys;
+        const char* what;
+    } rows[] = {{"Space", "Play or stop the video"},
+                {"I, O", "Mark the position as Start or End"},
+                {", and .", "One picture back or on"},
+                {"Ctrl+N", "New project"},
+                {"Ctrl+O", "Open a video"},
+                {"Ctrl+Shift+O", "Open pictures"},
+                {"Ctrl+L", "Load a profile"},
+                {"Ctrl+S, Ctrl+Shift+S", "Save the profile, or save it under another name"},
+                {"Ctrl++, Ctrl+-, Ctrl+0", "Zoom in, out, fit"},
+                {"F1", "How to make a GIF from a video"},
+                {"Ctrl+Q", "Quit"}};
+    QString table;
+    for (const auto& row : rows) {
+        table += QStringLiteral("<tr><td><b>%1</b></td><td>%2</td></tr>")
+                     .arg(QString::fromLatin1(row.keys), Translated(row.what));
+    }
+    ShowText(parent, Translated("Keyboard Shortcuts"),
+             QStringLiteral("<table cellspacing='6'>%1</table>").arg(table));
+}
+
+}  // namespace lumirra

@@ -1,0 +1,125 @@
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QFile>
+#include <iostream>
+
+#include "app/ControlWidgets.h"
+#include "app/ViewController.h"
+#include "sources/FrameFiles.h"
+#include "ui_MainWindow.h"
+
+namespace lumirra {
+namespace {
+
+void RemoveFile(const QString& path) {
+    QFile file(path);
+    if (!file.remove()) {
+        std::cout << "Remove failed: " << path.toStdString() << ": "
+                  << file.errorString().toStdString() << std::endl;
+    }
+}
+
+}  // namespace
+
+void ViewController::InitializeControls() {
+    ui_.sliderVideoPosition->setValue(0);
+    state_.startPosition = 0.0F;
+    state_.endPosition = 1.0F;
+    for (QWidget* widget :
+         {static_cast<QWidget*>(ui_.playerViewVideo), static_cast<QWidget*>(ui_.buttonPlayVideo),
+          static_cast<QWidget*>(ui_.buttonPreviousImage),
+          static_cast<QWidget*>(ui_.buttonNextImage),
+          static_cast<QWidget*>(ui_.labelImageNumber)}) {
+        widget->hide();
+    }
+    ui_.progressUpdatePreview->Stop();
+    ui_.buttonMoveUp->setEnabled(false);
+    ui_.buttonMoveDown->setEnabled(false);
+    ShowTimesOf(state_.videoPath);
+    ResetStartEndMarks();
+    ui_.tabViewSettings->setCurrentIndex(0);
+
+    // The aspect ratio is no part of the start values: it stays as chosen.
+    ControlValues values = InitialControlValues();
+    values.SetIndex(Control::ComboAspectRatio, Values().Index(Control::ComboAspectRatio));
+    controls_->Write(values);
+
+    ui_.progressGifPreview->Stop();
+    ui_.buttonPlayStopPreview->setText(tr("Play"));
+    ui_.buttonAddFramesAutomatically->setText(tr("Add Frames"));
+    ui_.buttonGeneratePreview->setText(tr("Generate Preview"));
+    StoreTextFieldsValues();
+    ui_.imageViewVideo->SetProblem(QString());
+    ui_.imageViewVideo->SetImage(QImage());
+    state_.videoPath.clear();
+}
+
+void ViewController::MarkModified() {
+    if (!IsModified()) {
+        setWindowTitle(windowTitle() + QLatin1Char('*'));
+    }
+}
+
+bool ViewController::IsModified() const {
+    return windowTitle().endsWith(QLatin1Char('*'));
+}
+
+bool ViewController::MayLoseChanges(const QString& question) {
+    return !IsModified() || dialogs_.Ask(question);
+}
+
+void ViewController::OnFileNew() {
+    if (!MayLoseChanges(tr("You have unsaved changes that will be lost. Continue?"))) {
+        return;
+    }
+    if (IsPlaying()) {
+        StopPlayback();
+    }
+    ForgetPreview();
+    for (const QString& path : state_.frames.RemoveAll()) {
+        DeleteFrameFile(path);
+    }
+    state_.videoPath.clear();
+    state_.currentImagePath.clear();
+    state_.listImagePaths.clear();
+    state_.currentImageNumber = 0;
+    RefreshControlStates();
+    InitializeControls();
+    state_.currentProfilePath.clear();
+    setWindowTitle(QStringLiteral("Lumirra"));
+}
+
+void ViewController::closeEvent(QCloseEvent* event) {
+    if (!MayLoseChanges(
+            tr("You have unsaved changes that will be lost. Are you sure you want to exit "
+               "the application?"))) {
+        event->ignore();
+        return;
+    }
+    SaveLayout();
+    CleanTemporaryFiles();
+    event->accept();
+}
+
+void ViewController::OnAppQuit() {
+    close();
+}
+
+void ViewController::DeleteFrameFile(const QString& path) {
+    RemoveFile(path);
+    RemoveFile(ThumbnailPath(path));
+}
+
+void ViewController::DeleteTempGif() {
+    RemoveFile(QDir(temporaryFolder_).filePath(QStringLiteral("tempGif.gif")));
+}
+
+void ViewController::CleanTemporaryFiles() {
+    for (const QString& path : state_.frames.Paths()) {
+        DeleteFrameFile(path);
+    }
+    DeleteTempGif();
+}
+
+}  // namespace lumirra

@@ -1,0 +1,72 @@
+#include "app/QtDialogs.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace lumirra {
+namespace {
+
+/// "Videos (*.mov *.m4v)", both in lower and upper case: file names keep their case here.
+QString Filter(const QString& name, const QStringList& extensions) {
+    QStringList patterns;
+    for (const QString& extension : extensions) {
+        patterns << QStringLiteral("*.") + extension << QStringLiteral("*.") + extension.toUpper();
+    }
+    return QStringLiteral("%1 (%2)").arg(name, patterns.join(QLatin1Char(' ')));
+}
+
+}  // namespace
+
+Dialogs::Answer QtDialogs::ShowAlert(const QString& message, const QStringList& buttons) {
+    QMessageBox box(QApplication::activeWindow());
+    box.setIcon(QMessageBox::Warning);
+    box.setWindowTitle(QStringLiteral("Lumirra"));
+    box.setText(message);
+    QList<QAbstractButton*> made;
+    for (qsizetype i = 0; i < buttons.size(); ++i) {
+        const bool refuses = i == 1;
+        made.append(
+            box.addButton(buttons[i], refuses ? QMessageBox::RejectRole : QMessageBox::AcceptRole));
+    }
+    box.setDefaultButton(qobject_cast<QPushButton*>(made.first()));
+    // Escape and the close button refuse where there is something to refuse.
+    box.setEscapeButton(made.size() > 1 ? made[1] : made.first());
+    box.exec();
+    const auto chosen = std::max<qsizetype>(0, made.indexOf(box.clickedButton()));
+    return static_cast<Answer>(FirstButton + chosen);
+}
+
+std::optional<QStringList> QtDialogs::OpenFiles(const OpenRequest& request) {
+    QFileDialog panel(QApplication::activeWindow(), request.title);
+    panel.setAcceptMode(QFileDialog::AcceptOpen);
+    panel.setFileMode(request.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
+    panel.setNameFilter(Filter(request.filterName, request.extensions));
+    if (panel.exec() != QDialog::Accepted) {
+        return std::nullopt;
+    }
+    return panel.selectedFiles();
+}
+
+std::optional<QString> QtDialogs::SaveFile(const SaveRequest& request) {
+    QFileDialog panel(QApplication::activeWindow(), request.title);
+    panel.setAcceptMode(QFileDialog::AcceptSave);
+    panel.setFileMode(QFileDialog::AnyFile);
+    panel.setNameFilter(Filter(request.filterName, {request.extension}));
+    panel.setDefaultSuffix(request.extension);
+    panel.selectFile(request.suggestedName);
+    if (panel.exec() != QDialog::Accepted || panel.selectedFiles().isEmpty()) {
+        return std::nullopt;
+    }
+    return panel.selectedFiles().first();
+}
+
+void QtDialogs::OpenAddress(const QUrl& address) {
+    if (address.isValid()) {
+        QDesktopServices::openUrl(address);
+    }
+}
+
+}  // namespace lumirra

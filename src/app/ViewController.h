@@ -1,0 +1,142 @@
+#pragma once
+
+#include <QThreadPool>
+#include <memory>
+#include <optional>
+
+#include "app/Dialogs.h"
+#include "app/MainWindow.h"
+#include "app/PreviewSource.h"
+#include "app/ProjectState.h"
+
+class QMediaPlayer;
+
+namespace lumirra {
+
+class ControlWidgets;
+
+/// The window's controller: owns all state for the life of the window and handles every command.
+/// All operations run on the main thread; workers get copies and answer with queued calls.
+class ViewController : public MainWindow {
+    Q_OBJECT
+
+  public:
+    /// `dialogs` must outlive the window. Frames and the GIF under construction live in
+    /// `temporaryFolder`.
+    ViewController(Theme& theme, Dialogs& dialogs, QString temporaryFolder);
+    ~ViewController() override;
+
+    const ProjectState& State() const { return state_; }
+    ControlValues Values() const;
+
+    // Lifecycle.cpp: start, New, Quit, close, the mark of unsaved changes, clean-up
+    void InitializeControls();
+    void MarkModified();
+    bool IsModified() const;
+    void OnFileNew();
+    void OnAppQuit();
+    void OnHowToMakeAGifFromAVideo();
+    void OnHowTocreateAGifFromImages();
+    /// Removes the frame and its thumbnail; what fails is one line on standard output.
+    void DeleteFrameFile(const QString& path);
+    void DeleteTempGif();
+    void CleanTemporaryFiles();
+
+    // SettingHandlers.cpp: what follows when a person changed a setting control, by its row
+    void OnControlEdited(Control control);
+    void StoreTextFieldsValues();
+    void OnAdjustSettingsReset();
+    void OnCartoonReset();
+    void OnScketchReset();
+    void OnVignetteReset();
+    void OnTextReset();
+    void OnOutputReset();
+
+    // CropResize.cpp
+    void UpdateCropResizeGeometry();
+    void OnTextFieldDimensionsChanged(Control dimensionField);
+    void OnCropResizeReset();
+
+    // Profile.cpp
+    void OnSaveProfile();
+    void OnSaveProfileAs();
+    void OnLoadProfile();
+
+    // SourcePanel.cpp: the source, its position, markers, pictures and zoom
+    void ResetStartEndMarks();
+    void RefreshControlStates();
+    void OnSelectVideo();
+    void OnSelectImage();
+    void OnStopVideo();
+    void OnVideoPositionChanged();
+    void OnMarkAsStartTime();
+    void OnMarkAsEndTime();
+    void OnPreviousImage();
+    void OnNextImage();
+    void OnZoomIn();
+    void OnZoomOut();
+    void OnResetZoom();
+    void VideoDragPerformed(const QString& path);
+    void ImageDragPerformed(const QStringList& paths);
+
+    // Playback.cpp
+    void OnPlayVideo();
+    void StopPlayback();
+    bool IsPlaying() const;
+
+    // PreviewUpdate.cpp
+    void UpdateVideoPreview();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    // Wiring.cpp: the start, in named steps
+    void ConnectSourcePanel();
+    void ConnectCommands();
+    void ConnectMenus();
+    void DimPanelButtons();
+
+    void flagsChanged(const QKeyEvent& event);
+    bool MayLoseChanges(const QString& question);
+
+    void ResetGroup(lumirra::ResetGroup group, std::optional<Control> onlyWhenOn);
+    void WriteProfile();
+
+    ImageSize BaseSize() const;
+    bool HasSource() const;
+    bool ShowsPicture() const;
+    void LoadVideo(const QString& path);
+    void LoadImages(const QStringList& added);
+    void ShowImageNumber(int number);
+    void ShowTimesOf(const QString& path);
+    void StepFrame(int frames);
+    void ShowStillView();
+
+    /// As `UpdateVideoPreview`, but while a knob is held and a render runs, the next render starts
+    /// when that one's picture has been shown: pictures keep coming while dragging.
+    void RequestPreview(bool dragging);
+    void StartPreview();
+    void FinishPreview(const PreviewResult& result, quint64 generation);
+    void ForgetPreview();
+
+    Dialogs& dialogs_;
+    QString temporaryFolder_;
+    Ui::MainWindow& ui_;
+    std::unique_ptr<ControlWidgets> controls_;
+    ProjectState state_;
+
+    std::unique_ptr<QMediaPlayer> player_;
+
+    std::shared_ptr<PreviewSource> previewSource_;
+    quint64 previewGeneration_ = 0;  ///< of the source: a picture of an earlier one is dropped
+    bool dragWaiting_ = false;
+    double sourceDuration_ = 0;
+    double sourceFrameRate_ = 0;
+    /// Last: its destructor waits for the jobs that use the rest.
+    QThreadPool jobs_;
+};
+
+}  // namespace lumirra

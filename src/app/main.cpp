@@ -1,0 +1,31 @@
+#include <QApplication>
+#include <iostream>
+
+#include "app/QtDialogs.h"
+#include "app/ViewController.h"
+#include "sources/TemporaryFolder.h"
+#include "views/RangeControl.h"
+#include "views/Theme.h"
+
+int main(int argc, char** argv) {
+    using namespace lumirra;
+    // Before the application exists: it chooses the player's backend once.
+    qputenv("QT_MEDIA_BACKEND", "ffmpeg");
+    QApplication application(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("lumirra"));
+    QCoreApplication::setApplicationName(QStringLiteral("lumirra"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(LUMIRRA_VERSION));
+    QGuiApplication::setApplicationDisplayName(QString());
+    InstallAccessibleRangeControls();
+
+    QtDialogs dialogs;
+    const Outcome<TemporaryFolder> folder = TemporaryFolder::Make();
+    if (!folder) {
+        dialogs.Report(folder.failure().message);
+        return 1;
+    }
+    Theme theme(application);
+    ViewController window(theme, dialogs, folder->Path());
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,244 @@
+#include <QCheckBox>
+#include <QRadioButton>
+#include <QTest>
+
+#include "WindowFixture.h"
+#include "settings/ValueRules.h"
+#include "views/ColorWell.h"
+#include "views/PopUp.h"
+
+namespace lumirra {
+namespace {
+
+using SettingsStory = WindowTest;
+
+TEST_F(SettingsStory, AFreshWindowStandsAtItsInitialValues) {
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Lumirra"));
+    EXPECT_FALSE(window.IsModified());
+    EXPECT_EQ(window.Values(), InitialControlValues());
+    EXPECT_EQ(window.State().textFieldsValues, StoreTextFieldsValues(InitialControlValues()));
+    for (const char* label : {"labelStartTime", "labelEndTime"}) {
+        EXPECT_EQ(TextOf(label), QStringLiteral("00:00:00.0"));
+    }
+    for (const char* hidden : {"playerViewVideo", "buttonPlayVideo", "buttonPreviousImage",
+                               "buttonNextImage", "labelImageNumber"}) {
+        EXPECT_FALSE(Shown(hidden)) << hidden;
+    }
+    for (const char* disabled :
+         {"buttonMoveUp", "buttonMoveDown", "sliderVideoPosition", "buttonMarkAsStartTime",
+          "buttonMarkAsEndTime", "radioFixedNumberOfFrames", "comboPlayMode",
+          "buttonAddFramesAutomatically"}) {
+        EXPECT_FALSE(Enabled(disabled)) << disabled;
+    }
+    for (const char* enabled : {"sliderHue", "buttonSelectVideo", "textFieldText"}) {
+        EXPECT_TRUE(Enabled(enabled)) << enabled;
+    }
+}
+
+TEST_F(SettingsStory, EveryControlHasNameAndRangeOfItsRow) {
+    for (const ControlRow& row : ControlTable()) {
+        QWidget& widget = Outlet(row.name);
+        EXPECT_FALSE(widget.accessibleName().isEmpty()) << row.name.data();
+        EXPECT_EQ(widget.accessibleDescription(), row.name) << row.name.data();
+        EXPECT_FALSE(widget.toolTip().isEmpty()) << row.name.data();
+        if (const auto* range = qobject_cast<RangeControl*>(&widget)) {
+            const ValueRange inForce = RangeInForce(row.control, 0);
+            EXPECT_EQ(range->minimum(), inForce.minimum) << row.name.data();
+            EXPECT_EQ(range->maximum(), inForce.maximum) << row.name.data();
+        }
+        if (const auto* popUp = qobject_cast<PopUp*>(&widget)) {
+            EXPECT_EQ(popUp->count(), PopUpItems(row.control).size()) << row.name.data();
+        }
+    }
+}
+
+TEST_F(SettingsStory, FieldsAndSteppersFollowEachOther) {
+    Type("textFieldFixedNumberOfFrames", QStringLiteral("abc"));
+    EXPECT_EQ(FieldText("textFieldFixedNumberOfFrames"), QStringLiteral("20"));
+    Type("textFieldFixedNumberOfFrames", QStringLiteral("20000"));
+    EXPECT_EQ(FieldText("textFieldFixedNumberOfFrames"), QStringLiteral("10000"));
+    EXPECT_EQ(ValueOf("stepperFixedNumberOfFrames"), 10000.0F);
+    Type("textFieldFrameDelay", QStringLiteral("2.5"));
+    EXPECT_EQ(ValueOf("stepperFrameDelay"), 25.0F);
+    Type("textFieldFrameDelay", QStringLiteral("0"));
+    EXPECT_EQ(FieldText("textFieldFrameDelay"), QStringLiteral("0.1"));
+    EXPECT_FALSE(window.IsModified()) << "these fields do not mark the project";
+    OpenVideo(Media("counter-2997.mov"));  // enables the extraction controls
+    Edit("stepperFixedIntervalBetweenFrames", 7);
+    EXPECT_EQ(FieldText("textFieldFixedIntervalBetweenFrames"), QStringLiteral("0.7"));
+    EXPECT_TRUE(window.IsModified());
+    window.MarkModified();
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Lumirra*"));
+}
+
+TEST_F(SettingsStory, RadioPairsHoldOneOn) {
+    auto& number = Find<QRadioButton>("radioFixedNumberOfFrames");
+    auto& interval = Find<QRadioButton>("radioFixedIntervalBetweenFrames");
+    OpenVideo(Media("counter-30fps-bframes.mp4"));
+    number.click();
+    EXPECT_TRUE(number.isChecked());
+    EXPECT_FALSE(interval.isChecked());
+    number.click();
+    EXPECT_TRUE(number.isChecked()) << "a click on the radio that is on leaves it on";
+    EXPECT_FALSE(interval.isChecked());
+    dialogs.answers.push_back(Dialogs::FirstButton);
+    window.OnFileNew();
+    EXPECT_TRUE(interval.isChecked());
+    EXPECT_FALSE(number.isChecked());
+}
+
+/// Moves every control away from its initial value, as a person would.
+void Disturb(const ControlRow& row, QWidget& widget) {
+    switch (row.kind) {
+        case ControlKind::Slider:
+        case ControlKind::Stepper: {
+            auto& range = *qobject_cast<RangeControl*>(&widget);
+            const double far = range.value() < range.maximum() ? range.maximum() : range.minimum();
+            range.EditValue((range.value() + far) / 2);
+            break;
+        }
+        case ControlKind::Check:
+            qobject_cast<QCheckBox*>(&widget)->click();
+            break;
+        case ControlKind::PopUp: {
+            auto& popUp = *qobject_cast<PopUp*>(&widget);
+            popUp.setCurrentIndex((popUp.currentIndex() + 1) % popUp.count());
+            Q_EMIT popUp.activated(popUp.currentIndex());
+            break;
+        }
+        case ControlKind::Color: {
+            auto& well = *qobject_cast<ColorWell*>(&widget);
+            well.SetChooser([](const QColor&) { return std::optional<QColor>(Qt::red); });
+            well.click();
+            break;
+        }
+        case ControlKind::Text:
+            if (auto* field = qobject_cast<QLineEdit*>(&widget)) {
+                field->setText(QStringLiteral("3"));
+                Q_EMIT field->editingFinished();
+            }
+            break;
+        case ControlKind::Radio:
+            qobject_cast<QRadioButton*>(&widget)->click();
+            break;
+    }
+}
+
+struct GroupReset {
+    ResetGroup group;
+    const char* button;
+    std::optional<Control> onlyWhenOn;
+    bool renders;
+    bool marks;
+};
+
+TEST_F(SettingsStory, EachResetRestoresItsGroupAndNothingElse) {
+    const GroupReset resets[] = {
+        {ResetGroup::Adjust, "buttonAdjustSettingsReset", std::nullopt, true, true},
+        {ResetGroup::Cartoon, "buttonCartoonReset", Control::CheckCartoon, true, true},
+        {ResetGroup::Sketch, "buttonSketchReset", Control::CheckSketch, true, true},
+        {ResetGroup::Vignette, "buttonVignetteReset", Control::CheckVignette, true, true},
+        {ResetGroup::Text, "buttonTextReset", std::nullopt, true, true},
+        {ResetGroup::CropResize, "buttonCropResizeReset", std::nullopt, true, true},
+        {ResetGroup::Output, "buttonOutputReset", std::nullopt, false, false}};
+    OpenVideo(Media("counter-30fps-bframes.mp4"));
+    for (const GroupReset& reset : resets) {
+        for (const ControlRow& row : ControlTable()) {
+            if (row.resetGroup == reset.group) {
+                Disturb(row, Outlet(row.name));
+            }
+        }
+        Settle();
+        const ControlValues disturbed = window.Values();
+        window.setWindowTitle(QStringLiteral("Lumirra"));
+        Press(reset.button);
+        const bool expectRender =
+            reset.renders && (!reset.onlyWhenOn || disturbed.IsOn(*reset.onlyWhenOn));
+        EXPECT_EQ(window.State().updating, expectRender) << reset.button;
+        EXPECT_EQ(window.IsModified(), reset.marks) << reset.button;
+        Settle();
+        ControlValues expected = ResetGroupOf(disturbed, reset.group);
+        if (reset.group == ResetGroup::CropResize) {
+            expected.SetText(Control::TextFieldDimensionsWidth, QStringLiteral("320"));
+            expected.SetText(Control::TextFieldDimensionsHeight, QStringLiteral("180"));
+        }
+        EXPECT_NE(disturbed, expected) << reset.button;
+        EXPECT_EQ(window.Values(), expected) << reset.button;
+    }
+}
+
+TEST_F(SettingsStory, AnEffectsSliderRendersOnlyWhileItsCheckBoxIsOn) {
+    OpenVideo(Media("counter-30fps-bframes.mp4"));
+    for (const ControlRow& row : ControlTable()) {
+        if (row.kind != ControlKind::Slider || !row.change.onlyWhenOn) {
+            continue;
+        }
+        window.setWindowTitle(QStringLiteral("Lumirra"));
+        Disturb(row, Outlet(row.name));
+        EXPECT_FALSE(window.State().updating) << row.name.data();
+        EXPECT_TRUE(window.IsModified()) << row.name.data();
+    }
+    Press("checkCartoon");
+    Settle();
+    Edit("sliderCartoonBlur", 0);
+    EXPECT_TRUE(window.State().updating);
+    Settle();
+}
+
+TEST_F(SettingsStory, CommittingTheSameTextTwiceRendersOnce) {
+    OpenVideo(Media("counter-30fps-bframes.mp4"));
+    Type("textFieldTextFontSize", QStringLiteral("40"));
+    EXPECT_TRUE(window.State().updating);
+    EXPECT_EQ(ValueOf("stepperTextFontSize"), 40.0F);
+    Settle();
+    window.setWindowTitle(QStringLiteral("Lumirra"));
+    Type("textFieldTextFontSize", QStringLiteral("40"));
+    EXPECT_FALSE(window.State().updating);
+    EXPECT_FALSE(window.IsModified());
+}
+
+TEST_F(SettingsStory, UnitChangeAndTypedDimensions) {
+    OpenVideo(Media("counter-30fps-bframes.mp4"));  // 320 x 180
+    EXPECT_EQ(FieldText("textFieldDimensionsWidth"), QStringLiteral("320"));
+    Type("textFieldCustomCropOriginX", QStringLiteral("10"));
+    Type("textFieldCustomCropWidth", QStringLiteral("50"));
+    Settle();
+    EXPECT_EQ(FieldText("textFieldDimensionsWidth"), QStringLiteral("160"));
+    auto& unit = Find<PopUp>("comboCustomCrop");
+    unit.setCurrentIndex(1);
+    Q_EMIT unit.activated(1);
+    EXPECT_EQ(FieldText("textFieldCustomCropOriginX"), QStringLiteral("32"));
+    EXPECT_EQ(FieldText("textFieldCustomCropWidth"), QStringLiteral("160"));
+    EXPECT_EQ(FieldText("textFieldCustomCropHeight"), QStringLiteral("180"));
+    EXPECT_EQ(Find<RangeControl>("stepperCustomCropOriginX").minimum(), -10000);
+    Settle();
+    Type("textFieldDimensionsWidth", QStringLiteral("80"));
+    EXPECT_EQ(FieldText("textFieldDimensionsHeight"), QStringLiteral("90"));
+    EXPECT_EQ(ValueOf("stepperResizeTo"), 50.0F);
+    EXPECT_FALSE(window.State().updating) << "a typed dimension does not render";
+    unit.setCurrentIndex(0);
+    Q_EMIT unit.activated(0);
+    EXPECT_EQ(FieldText("textFieldCustomCropOriginX"), QStringLiteral("10"));
+    EXPECT_EQ(Find<RangeControl>("stepperCustomCropOriginX").maximum(), 100);
+    Settle();
+}
+
+TEST_F(SettingsStory, CommandIsCtrlAlone) {
+    const auto press = [&](int key, Qt::KeyboardModifiers modifiers) {
+        QTest::simulateEvent(&window, true, key, modifiers, QString(), false);
+    };
+    const auto release = [&](int key, Qt::KeyboardModifiers modifiers) {
+        QTest::simulateEvent(&window, false, key, modifiers, QString(), false);
+    };
+    press(Qt::Key_Control, Qt::NoModifier);
+    EXPECT_TRUE(window.State().commandIsPressed);
+    press(Qt::Key_Shift, Qt::ControlModifier);
+    EXPECT_FALSE(window.State().commandIsPressed);
+    release(Qt::Key_Shift, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(window.State().commandIsPressed);
+    release(Qt::Key_Control, Qt::ControlModifier);
+    EXPECT_FALSE(window.State().commandIsPressed);
+}
+
+}  // namespace
+}  // namespace lumirra

@@ -1,0 +1,232 @@
+#include <QFile>
+#include <QMimeData>
+#include <QTest>
+
+#include "WindowFixture.h"
+#include "imaging/Effects.h"
+#include "sources/StillReader.h"
+#include "views/SliderCellVideo.h"
+
+namespace lumirra {
+namespace {
+
+using SourceStory = WindowTest;
+
+/// The frame number drawn into the counter clips: eight blocks in the bottom rows, highest first.
+int CounterIn(const QImage& picture) {
+    int number = 0;
+    for (int block = 0; block < 8; ++block) {
+        const QColor color = picture.pixelColor(block * 40 + 20, picture.height() - 20);
+        number = number * 2 + (color.lightness() > 127 ? 1 : 0);
+    }
+    return number;
+}
+
+TEST_F(SourceStory, AVideoIsOpenedSoughtMarkedAndClosed) {
+    OpenVideo(Media("counter-30fps-bframes.mp4"));  // 90 frames, 3 s
+    EXPECT_EQ(dialogs.opened.last().extensions.join(QLatin1Char(' ')),
+              QStringLiteral("mov m4v mp4 3gp 3g2"));
+    EXPECT_EQ(TextOf("labelStartTime"), QStringLiteral("00:00:00.0"));
+    EXPECT_EQ(TextOf("labelEndTime"), QStringLiteral("00:00:03.0"));
+    EXPECT_EQ(CounterIn(Picture()), 0);
+    EXPECT_TRUE(Enabled("sliderVideoPosition"));
+    EXPECT_TRUE(Shown("buttonPlayVideo"));
+    EXPECT_TRUE(Enabled("buttonAddFramesAutomatically"));
+    EXPECT_EQ(FieldText("textFieldDimensionsWidth"), QStringLiteral("320"));
+
+    Edit("sliderVideoPosition", 0.5);
+    Settle();
+    EXPECT_EQ(CounterIn(Picture()), 45);
+    EXPECT_EQ(TextOf("labelVideoPositionTime"), QStringLiteral("00:00:01.5"));
+    Press("buttonMarkAsEndTime");
+    EXPECT_EQ(window.State().endPosition, 0.5F);
+    EXPECT_EQ(TextOf("labelEndTime"), QStringLiteral("00:00:01.5"));
+    Press("buttonMarkAsStartTime");
+    EXPECT_EQ(dialogs.OnlyMessage(),
+              QStringLiteral("The Start Time marker cannot be placed after the End Time marker."));
+    EXPECT_EQ(window.State().startPosition, 0.0F);
+    Edit("sliderVideoPosition", 0.25);
+    Settle();
+    Press("buttonMarkAsStartTime");
+    EXPECT_EQ(window.State().startPosition, 0.25F);
+    Press("buttonMarkAsEndTime");
+    EXPECT_EQ(dialogs.messages.size(), 1);
+    EXPECT_EQ(window.State().endPosition, 0.5F);
+
+    QTest::keyClick(&window, Qt::Key_Period);
+    Settle();
+    EXPECT_EQ(CounterIn(Picture()), 23);
+    QTest::keyClick(&window, Qt::Key_Comma);
+    QTest::keyClick(&window, Qt::Key_Comma);
+    Settle();
+    EXPECT_EQ(CounterIn(Picture()), 21);
+    Edit("sliderVideoPosition", 1.0);
+    Settle();
+    EXPECT_EQ(CounterIn(Picture()), 89) << "the end shows the last frame";
+
+    Press("buttonCloseVideo");
+    EXPECT_TRUE(window.State().videoPath.isEmpty());
+    EXPECT_TRUE(Picture().isNull());
+    EXPECT_FALSE(Enabled("sliderVideoPosition"));
+    EXPECT_EQ(window.State().endPosition, 1.0F);
+    EXPECT_FALSE(window.IsModified()) << "the source is no part of a project";
+}
+
+TEST_F(SourceStory, PicturesFormAListWithoutDuplicates) {
+    const QString a = Media("photo.jpg");
+    const QString b = Media("photo.bmp");
+    const QString c = Media("photo-grey.png");
+    OpenImages({a, b});
+    EXPECT_EQ(TextOf("labelImageNumber"), QStringLiteral("1/2"));
+    EXPECT_TRUE(Enabled("buttonAddFramesAutomatically"));
+    EXPECT_FALSE(Enabled("sliderVideoPosition"));
+    EXPECT_EQ(Picture(), ReadStill(a).image);
+    Press("buttonPreviousImage");
+    EXPECT_EQ(window.State().currentImageNumber, 0);
+
+    OpenImages({a, c});
+    EXPECT_EQ(window.State().listImagePaths, (QStringList{a, b, c}));
+    EXPECT_EQ(TextOf("labelImageNumber"), QStringLiteral("2/3"));
+    EXPECT_EQ(window.State().currentImagePath, b);
+    Press("buttonNextImage");
+    Press("buttonNextImage");
+    Settle();
+    EXPECT_EQ(TextOf("labelImageNumber"), QStringLiteral("3/3"));
+    EXPECT_EQ(Picture(), ReadStill(c).image);
+
+    Press("buttonCloseVideo");
+    EXPECT_TRUE(window.State().listImagePaths.isEmpty());
+    EXPECT_FALSE(Shown("labelImageNumber"));
+    OpenImages({a});
+    EXPECT_EQ(TextOf("labelImageNumber"), QStringLiteral("1/1"));
+    EXPECT_FALSE(Enabled("buttonAddFramesAutomatically"));
+    OpenVideo(Media("counter-2997.mov"));
+    EXPECT_TRUE(window.State().listImagePaths.isEmpty());
+    EXPECT_FALSE(Shown("labelImageNumber"));
+}
+
+TEST_F(SourceStory, CommandsWithoutASourceSaySo) {
+    window.OnMarkAsStartTime();
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Please select a video first."));
+    window.OnMarkAsEndTime();
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Please select a video first."));
+    window.OnPlayVideo();
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("The video could not be loaded."));
+    window.VideoDragPerformed(QString());
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("The video could not be loaded."));
+    window.ImageDragPerformed({});
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("The image could not be loaded."));
+    dialogs.files.push_back(std::nullopt);
+    window.OnSelectVideo();
+    EXPECT_TRUE(dialogs.messages.isEmpty()) << "cancelling is silent";
+}
+
+TEST_F(SourceStory, WhatCannotBeReadIsNamedAndTheWindowGoesOn) {
+    auto& view = Find<VideoImageView>("imageViewVideo");
+    OpenVideo(Media("bad-text.mp4"));
+    EXPECT_TRUE(view.Problem().contains(QStringLiteral("bad-text.mp4")))
+        << qPrintable(view.Problem());
+    EXPECT_TRUE(view.Image().isNull());
+    const QString copy = folder.filePath(QStringLiteral("ü – 画像 📷.mov"));
+    ASSERT_TRUE(QFile::copy(Media("counter-2997.mov"), copy));
+    OpenVideo(copy);
+    EXPECT_TRUE(view.Problem().isEmpty());
+    EXPECT_EQ(CounterIn(Picture()), 0);
+    ASSERT_TRUE(QFile::remove(copy));
+    Edit("sliderVideoPosition", 0.5);
+    Settle();
+    EXPECT_FALSE(view.Problem().isEmpty()) << "a source that vanished is noticed";
+    OpenVideo(Media("counter-2997.mov"));
+    EXPECT_TRUE(view.Problem().isEmpty());
+}
+
+TEST_F(SourceStory, RequestsDuringARenderLeadToExactlyOneMore) {
+    OpenVideo(Media("counter-30fps-bframes.mp4"));
+    QList<int> shown;
+    auto& label = Find<QLabel>("labelVideoPositionTime");
+    Edit("sliderVideoPosition", 0.1);
+    ASSERT_TRUE(window.State().updating);
+    for (const double position : {0.2, 0.3, 0.4}) {
+        Edit("sliderVideoPosition", position);
+    }
+    EXPECT_TRUE(window.State().selectionChanged);
+    QElapsedTimer clock;
+    clock.start();
+    while (window.State().updating && clock.elapsed() < 30000) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        const int number = CounterIn(Picture());
+        if (shown.isEmpty() || shown.last() != number) {
+            shown.append(number);
+        }
+    }
+    EXPECT_EQ(shown, (QList<int>{0, 36})) << "the interrupted picture is never shown";
+    EXPECT_EQ(label.text(), QStringLiteral("00:00:01.2"));
+}
+
+TEST_F(SourceStory, AnEffectShowsAndTheVeilLeavesTheCropAlone) {
+    OpenImages({Media("photo.jpg")});
+    const QImage source = Picture();
+    Press("checkSketch");
+    Settle();
+    EXPECT_EQ(Picture(), ImageTools::ApplySketch(source, 0.8F, 1));
+    Press("checkSketch");
+    Type("textFieldCustomCropWidth", QStringLiteral("50"));
+    Settle();
+    const int right = source.width() - 2;
+    EXPECT_EQ(Picture().pixel(2, 2), source.pixel(2, 2));
+    const QColor under = source.pixelColor(right, 2);
+    EXPECT_NEAR(Picture().pixelColor(right, 2).red(), 0.4 * under.red() + 0.6 * 255, 1.0);
+}
+
+TEST_F(SourceStory, DropsAreTakenAsTheOpenCommandsDo) {
+    auto& view = Find<VideoImageView>("imageViewVideo");
+    const auto drop = [&](const QList<QString>& paths) {
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const QString& path : paths) {
+            urls.append(QUrl::fromLocalFile(path));
+        }
+        data.setUrls(urls);
+        const bool taken = view.PerformDragOperation(data);
+        Settle();
+        return taken;
+    };
+    EXPECT_FALSE(drop({folder.path()})) << "a folder";
+    EXPECT_FALSE(drop({Media("README.md")}));
+    EXPECT_TRUE(drop({Media("photo.JPE"), Media("README.md"), Media("ü – 画像 📷.png")}));
+    EXPECT_EQ(window.State().listImagePaths.size(), 2);
+    dialogs.answers.push_back(Dialogs::SecondButton);
+    EXPECT_FALSE(drop({Media("counter-2997.mov")})) << "refused by the answer";
+    EXPECT_EQ(dialogs.OnlyMessage(),
+              QStringLiteral(
+                  "All unsaved changes will be lost. Are you sure you want to add a new video?"));
+    EXPECT_TRUE(window.State().videoPath.isEmpty());
+    dialogs.answers.push_back(Dialogs::FirstButton);
+    EXPECT_TRUE(drop({Media("counter-2997.mov")}));
+    EXPECT_EQ(window.State().videoPath, Media("counter-2997.mov"));
+}
+
+TEST_F(SourceStory, PlayingStopsAndABrokenFilmIsReported) {
+    OpenVideo(Media("counter-with-sound.m4v"));
+    Edit("sliderVideoPosition", 0.5);
+    Settle();
+    Press("buttonPlayVideo");
+    EXPECT_TRUE(window.IsPlaying());
+    EXPECT_TRUE(Shown("playerViewVideo"));
+    EXPECT_FALSE(Shown("imageViewVideo"));
+    EXPECT_FALSE(Shown("buttonZoomIn"));
+    QTest::qWait(300);
+    Press("buttonCloseVideo");
+    EXPECT_FALSE(window.IsPlaying());
+    EXPECT_FALSE(window.State().videoPath.isEmpty()) << "the first press only stops playing";
+    EXPECT_TRUE(Shown("imageViewVideo"));
+    EXPECT_EQ(CounterIn(Picture()), 45) << "the picture at the slider";
+    QTest::keyClick(&window, Qt::Key_Space);
+    EXPECT_TRUE(window.IsPlaying());
+    Edit("sliderVideoPosition", 0);
+    EXPECT_FALSE(window.IsPlaying()) << "a new preview ends playing";
+    Settle();
+}
+
+}  // namespace
+}  // namespace lumirra
