@@ -22,6 +22,11 @@ namespace hn = hwy::HWY_NAMESPACE;
 constexpr float kNever = 1e30F;
 constexpr float kFarTone = 1e6F;
 constexpr float kLargestPassedOn = 48;
+constexpr std::size_t kMaxColors = 256;
+/// Colours compared at once.
+constexpr std::size_t kGroup = 16;
+/// Colours that a string may begin with.
+constexpr std::size_t kCandidates = 16;
 
 /// All that the search needs to know of one pixel.
 struct alignas(32) Pixel {
@@ -89,6 +94,13 @@ class Searcher {
         for (const Rgba& color : *job_.palette) {
             tones.push_back(ToneOf(color));
         }
+        colorY_.fill(-kFarTone);
+        for (std::size_t i = 0; i < tones.size(); ++i) {
+            colorY_[i] = tones[i].y;
+            colorU_[i] = tones[i].u;
+            colorV_[i] = tones[i].v;
+        }
+        colors_ = tones.size();
         tones.push_back({});
         const int bits = CodeBitsFor(tones.size());
         dictionary_.Configure(tones, static_cast<int>(keepIndex_), bits);
@@ -152,8 +164,8 @@ class Searcher {
             return pixel;
         }
         const float moved = Distance(pixel.target, ToneOf(drawn)) - tuning_.deadZone;
-        const float wrong = Distance(pixel.target, pixel.shown);
-        pixel.keepError = weight * (std::max(moved, 0.0F) + tuning_.refine * wrong);
+        const float wrong = Distance(pixel.target, pixel.shown) - tuning_.goodEnough;
+        pixel.keepError = weight * (std::max(moved, 0.0F) + tuning_.refine * std::max(wrong, 0.0F));
         return pixel;
     }
 
@@ -166,7 +178,8 @@ class Searcher {
         visitsLeft_ = tuning_.visits;
         cap_ = job_.exact ? 0.001F : tuning_.errorCap * price_;
         hope_ = tuning_.optimism * price_;
-        if (TakeKeptRun()) {
+        keptRun_ = TakeKeptRun();
+        if (keptRun_) {
             return bestCode_;
         }
         VisitRoot();
@@ -179,7 +192,7 @@ class Searcher {
         std::size_t index = RingIndex(position_);
         std::size_t at = position_;
         for (; at < end_; ++at) {
-            if (ring_[index].keepError > 0.02F * price_) {
+            if (ring_[index].keepError > tuning_.freeKeep * price_) {
                 return false;
             }
             const unsigned child = dictionary_.At(node).keepChild;
@@ -203,47 +216,70 @@ class Searcher {
     void VisitRoot() {
         const std::size_t index = RingIndex(position_);
         const Pixel& pixel = ring_[index];
-        std::array<Candidate, 257> found;
-        std::size_t count = 0;
-        const Dictionary::Node& root = dictionary_.At(Dictionary::kRoot);
-        if (pixel.keepError < kNever) {
+        std::array<Candidate, kMaxColors + 1> found;
+        float limit = cap_;
+        std::size_t count = FindCandidates(pixel, limit, found);
+        if (pixel.keepError <= limit) {
             found[count++] = {pixel.keepError, keepIndex_};
         }
-        float least = count > 0 ? pixel.keepError : kNever;
-        const hn::CappedTag<float, Dictionary::kBlockLanes> d;
-        for (unsigned block = root.firstBlock; block != Dictionary::kNone;
-             block = dictionary_.BlockAt(block).next) {
-            const Dictionary::Block& children = dictionary_.BlockAt(block);
-            alignas(64) std::array<float, Dictionary::kBlockLanes> errors;
-            for (std::size_t lane = 0; lane < Dictionary::kBlockLanes; lane += hn::Lanes(d)) {
-                hn::Store(Errors(d, children, lane, pixel.target, pixel.weight), d, &errors[lane]);
-            }
-            for (std::size_t lane = 0; lane < children.used; ++lane) {
-                if (errors[lane] < least) {
-                    least = errors[lane];
-                }
-                if (errors[lane] <= cap_ || errors[lane] == least) {
-                    found[count++] = {errors[lane], children.code[lane]};
-                }
+        const auto end = found.begin() + static_cast<std::ptrdiff_t>(count);
+        const auto kept = std::min<std::ptrdiff_t>(static_cast<std::ptrdiff_t>(count), kCandidates);
+        const auto better = [](const Candidate& a, const Candidate& b) {
+            return a.error != b.error ? a.error < b.error : a.code < b.code;
+        };
+        if (count > kCandidates) {
+            std::nth_element(found.begin(), found.begin() + kept, end, better);
+        }
+        std::sort(found.begin(), found.begin() + kept, better);
+        for (std::ptrdiff_t i = 0; i < kept; ++i) {
+            const Candidate& candidate = found[static_cast<std::size_t>(i)];
+            Take(candidate.code, candidate.error, position_, index, pixel.target, 0);
+        }
+    }
+
+    /// The colours below the limit; when there are none, it is raised to the nearest one's error.
+    std::size_t FindCandidates(const Pixel& pixel, float& limit,
+                               std::array<Candidate, kMaxColors + 1>& found) {
+        const hn::CappedTag<float, kGroup> d;
+        const std::size_t lanes = hn::Lanes(d);
+        const auto y = hn::Set(d, pixel.target.y);
+        const auto u = hn::Set(d, pixel.target.u);
+        const auto v = hn::Set(d, pixel.target.v);
+        const auto weight = hn::Set(d, pixel.weight);
+        alignas(64) std::array<float, kMaxColors> errors;
+        auto least = hn::Set(d, 2 * kNever);
+        for (std::size_t i = 0; i < colors_; i += lanes) {
+            const auto dy = hn::Sub(hn::Load(d, &colorY_[i]), y);
+            const auto du = hn::Sub(hn::Load(d, &colorU_[i]), u);
+            const auto dv = hn::Sub(hn::Load(d, &colorV_[i]), v);
+            const auto error = hn::Mul(
+                weight, hn::Add(hn::Add(hn::Mul(dy, dy), hn::Mul(du, du)), hn::Mul(dv, dv)));
+            least = hn::Min(least, error);
+            hn::Store(error, d, &errors[i]);
+        }
+        limit = std::max(limit, hn::GetLane(hn::MinOfLanes(d, least)));
+        std::size_t count = 0;
+        for (std::size_t i = 0; i < colors_; i += lanes) {
+            std::uint64_t bits = 0;
+            hn::StoreMaskBits(d, hn::Le(hn::Load(d, &errors[i]), hn::Set(d, limit)),
+                              reinterpret_cast<std::uint8_t*>(&bits));
+            for (; bits != 0; bits &= bits - 1) {
+                const std::size_t color = i + hwy::Num0BitsBelowLS1Bit_Nonzero64(bits);
+                found[count++] = {errors[color], static_cast<unsigned>(color)};
             }
         }
-        constexpr std::size_t kCandidates = 16;
-        const std::size_t kept = std::min(count, kCandidates);
-        std::partial_sort(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(kept),
-                          found.begin() + static_cast<std::ptrdiff_t>(count),
-                          [](const Candidate& a, const Candidate& b) {
-                              return a.error != b.error ? a.error < b.error : a.code < b.code;
-                          });
-        // The best single pixel is always allowed; others only below the cap.
-        for (std::size_t i = 0; i < kept && (i == 0 || found[i].error <= cap_); ++i) {
-            Take(found[i].code, found[i].error, position_, index, pixel.target, 0);
-        }
+        return count;
+    }
+
+    /// What the pixel would cost if the string ended before it: little when it may be kept.
+    float PriceOf(const Pixel& pixel) const {
+        return std::min(price_, tuning_.keptPrice * price_ + pixel.keepError);
     }
 
     /// Goes on to `code`, whose last pixel is the one at `position` and costs `error`.
     void Take(unsigned code, float error, std::size_t position, std::size_t index,
               const Tone& wanted, float score) {
-        const float reached = score + price_ - error;
+        const float reached = score + PriceOf(ring_[index]) - error;
         if (reached > best_) {
             best_ = reached;
             bestCode_ = code;
@@ -280,19 +316,20 @@ class Searcher {
             const Dictionary::Block& children = dictionary_.BlockAt(block);
             // An error beyond this can no longer lead to the best string.
             const float limit = std::min(
-                cap_, score + price_ - best_ + hope_ * static_cast<float>(node.height - 1));
+                cap_, score + PriceOf(pixel) - best_ + hope_ * static_cast<float>(node.height - 1));
             for (std::size_t lane = 0; lane < Dictionary::kBlockLanes; lane += hn::Lanes(d)) {
                 const auto errors = Errors(d, children, lane, target, pixel.weight);
-                const auto good = hn::Lt(errors, hn::Set(d, limit));
-                if (hn::AllFalse(d, good)) {
+                std::uint64_t bits = 0;
+                hn::StoreMaskBits(d, hn::Lt(errors, hn::Set(d, limit)),
+                                  reinterpret_cast<std::uint8_t*>(&bits));
+                if (bits == 0) {
                     continue;
                 }
                 alignas(64) std::array<float, Dictionary::kBlockLanes> values;
                 hn::Store(errors, d, values.data());
-                for (std::size_t i = 0; i < hn::Lanes(d); ++i) {
-                    if (values[i] < limit) {
-                        Take(children.code[lane + i], values[i], position, index, target, score);
-                    }
+                for (; bits != 0; bits &= bits - 1) {
+                    const std::size_t i = hwy::Num0BitsBelowLS1Bit_Nonzero64(bits);
+                    Take(children.code[lane + i], values[i], position, index, target, score);
                 }
             }
         }
@@ -306,9 +343,12 @@ class Searcher {
         }
         const float bits = tuning_.lambda * static_cast<float>(codeWidth_);
         const float error = DrawString();
-        spent_ = spent_ * kMemory + error + bits;
-        covered_ = covered_ * kMemory + static_cast<float>(string_.size());
-        price_ = spent_ / covered_;
+        if (!keptRun_) {
+            // Runs kept for nothing say nothing of what a pixel costs where there is work to do.
+            spent_ = spent_ * tuning_.memory + error + bits;
+            covered_ = covered_ * tuning_.memory + worth_;
+            price_ = spent_ / covered_;
+        }
         PutCode(code);
     }
 
@@ -358,12 +398,15 @@ class Searcher {
     /// Puts the pixels of `string_` on the screen and spreads their errors. Returns the error.
     float DrawString() {
         float total = 0;
+        float worth = 0;
         std::size_t index = RingIndex(position_);
         for (const std::uint8_t color : string_) {
+            worth += PriceOf(ring_[index]);
             total += DrawPixel(color, index);
             ++position_;
             index = Next(index);
         }
+        worth_ = worth / price_;
         return total;
     }
 
@@ -416,8 +459,6 @@ class Searcher {
         }
     }
 
-    static constexpr float kMemory = 0.99F;
-
     const SearchJob& job_;
     const SearchTuning& tuning_;
     const Picture& goal_;
@@ -432,6 +473,10 @@ class Searcher {
     std::vector<std::uint8_t>& data_;
     CodeWriter* writer_ = nullptr;
 
+    alignas(64) std::array<float, kMaxColors> colorY_{};
+    alignas(64) std::array<float, kMaxColors> colorU_{};
+    alignas(64) std::array<float, kMaxColors> colorV_{};
+    std::size_t colors_ = 0;
     Dictionary dictionary_;
     std::vector<std::uint8_t> string_;
     std::size_t position_ = 0;
@@ -443,10 +488,12 @@ class Searcher {
     unsigned previous_ = Dictionary::kNone;
     int codesSinceFull_ = 0;
     bool foreseen_ = false;
+    bool keptRun_ = false;
 
     float price_ = 0;
     float spent_ = 0;
     float covered_ = 1;
+    float worth_ = 0;  ///< of the string, in pixels that are not kept
     float cap_ = 0;
     float hope_ = 0;
     float best_ = 0;

@@ -16,10 +16,14 @@ struct Screen {
 
 /// What one frame may cost. Errors are squared tone distances times the masking weight.
 struct SearchTuning {
-    float lambda = 3;           ///< error that one bit is worth
+    float lambda = 2.8F;        ///< error that one bit is worth
     float diffusion = 0.45F;    ///< part of an error that is passed on
-    float deadZone = 6;         ///< of a kept pixel's goal change
+    float deadZone = 3.5F;      ///< of a kept pixel's goal change
     float refine = 0.3F;        ///< part of the error shown that keeping a pixel costs
+    float goodEnough = 10;      ///< error shown that keeping never pays for
+    float memory = 0.97F;       ///< of the running price, per string
+    float keptPrice = 0.1F;     ///< of a pixel that may be kept, in prices of one that may not
+    float freeKeep = 0.05F;     ///< error in prices up to which keeping needs no search
     float errorCap = 6;         ///< largest error of a pixel, in prices of a pixel
     float optimism = 0.4F;      ///< gain hoped for below a node, in prices of a pixel
     int visits = 400;           ///< nodes looked at for one string

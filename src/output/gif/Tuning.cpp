@@ -6,13 +6,14 @@
 namespace lumirra::gif {
 
 EncoderTuning TuningFor(int quality) {
-    constexpr float kLambdaAtNinety = 3;
-    constexpr float kDeadZoneAtNinety = 6;
+    constexpr float kLambdaAtNinety = 2.8F;
+    constexpr float kDeadZoneAtNinety = 3.5F;
     constexpr float kStepsToDouble = 14;
     const float coarser =
         std::exp2(static_cast<float>(90 - std::clamp(quality, 1, 100)) / kStepsToDouble);
     EncoderTuning tuning;
     tuning.search.lambda = kLambdaAtNinety * coarser;
+    tuning.search.goodEnough *= coarser;
     tuning.search.deadZone = kDeadZoneAtNinety * coarser;
     return tuning;
 }
