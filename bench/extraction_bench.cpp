@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdio>
 
+#include "imaging/WorkingMemory.h"
 #include "sources/Extraction.h"
 #include "sources/VideoReader.h"
 
@@ -26,6 +27,7 @@ void UseEverything(lumirra::EffectSettings& effects) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    lumirra::KeepWorkingMemory();
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
     const QStringList arguments = QGuiApplication::arguments();

@@ -6,9 +6,11 @@
 #include <chrono>
 #include <cstdio>
 
+#include "imaging/WorkingMemory.h"
 #include "output/GifWriter.h"
 
 int main(int argc, char** argv) {
+    lumirra::KeepWorkingMemory();
     const QCoreApplication application(argc, argv);
     lumirra::GifRequest request;
     QStringList arguments = QCoreApplication::arguments().mid(1);

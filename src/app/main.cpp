@@ -3,12 +3,14 @@
 
 #include "app/QtDialogs.h"
 #include "app/ViewController.h"
+#include "imaging/WorkingMemory.h"
 #include "sources/TemporaryFolder.h"
 #include "views/RangeControl.h"
 #include "views/Theme.h"
 
 int main(int argc, char** argv) {
     using namespace lumirra;
+    KeepWorkingMemory();
     // Before the application exists: it chooses the player's backend once.
     qputenv("QT_MEDIA_BACKEND", "ffmpeg");
     QApplication application(argc, argv);

@@ -5,6 +5,7 @@
 #include "cli/Conversion.h"
 #include "cli/SourceLook.h"
 #include "cli/StopSignals.h"
+#include "imaging/WorkingMemory.h"
 #include "settings/Assignment.h"
 
 namespace lumirra {
@@ -63,6 +64,7 @@ ExitCode RunWith(const QStringList& arguments, std::stop_token stop) {
 }  // namespace lumirra
 
 int main(int argc, char** argv) {
+    lumirra::KeepWorkingMemory();
     const lumirra::StopSignals signals;
     qInstallMessageHandler(lumirra::DropRemarks);
     // Fonts need the application object, a display is never used.
