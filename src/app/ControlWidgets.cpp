@@ -26,11 +26,7 @@ QString TextOf(QWidget& widget) {
     return caption != nullptr ? caption->text() : As<QLineEdit>(widget).text();
 }
 
-/// The cursor of a field that holds the text already stays where it is.
 void SetTextOf(QWidget& widget, const QString& text) {
-    if (TextOf(widget) == text) {
-        return;
-    }
     if (auto* caption = qobject_cast<CaptionField*>(&widget)) {
         caption->setText(text);
     } else {
@@ -80,17 +76,28 @@ void ControlWidgets::Connect(const ControlRow& row) {
         case ControlKind::PopUp:
             QObject::connect(&As<PopUp>(widget), &PopUp::activated, &widget, edited);
             break;
-        case ControlKind::Text:
+        case ControlKind::Text: {
+            const auto left = [this, control = row.control] { CommitText(control); };
             if (auto* caption = qobject_cast<CaptionField*>(&widget)) {
-                QObject::connect(caption, &CaptionField::editingFinished, &widget, edited);
+                QObject::connect(caption, &CaptionField::editingFinished, &widget, left);
             } else {
                 QObject::connect(&As<QLineEdit>(widget), &QLineEdit::editingFinished, &widget,
-                                 edited);
+                                 left);
             }
             break;
+        }
         case ControlKind::Color:
             QObject::connect(&As<ColorWell>(widget), &ColorWell::ColorEdited, &widget, edited);
             break;
+    }
+}
+
+void ControlWidgets::CommitText(Control control) {
+    QString text = TextOf(WidgetOf(control));
+    QString& committed = committed_[static_cast<std::size_t>(control)];
+    if (text != committed) {
+        committed = std::move(text);
+        onEdited_(control);
     }
 }
 
@@ -149,7 +156,12 @@ void ControlWidgets::Write(const ControlValues& values) {
                 As<PopUp>(widget).setCurrentIndex(values.Index(row.control));
                 break;
             case ControlKind::Text:
-                SetTextOf(widget, values.Text(row.control));
+                // A field that holds the text already keeps its cursor, and what is typed in it but
+                // not committed stays so.
+                if (const QString text = values.Text(row.control); TextOf(widget) != text) {
+                    SetTextOf(widget, text);
+                    committed_[static_cast<std::size_t>(row.control)] = text;
+                }
                 break;
             case ControlKind::Color:
                 color_ = values.Color(row.control);

@@ -29,11 +29,14 @@ class ControlWidgets {
 
   private:
     void Connect(const ControlRow& row);
+    /// A text field was left or Enter pressed: an edit only if its text changed since the last.
+    void CommitText(Control control);
     /// What was written, unless the well now shows another colour: a well holds 16 bits only.
     TextColor ColorOf(const QColor& shown) const;
 
     std::array<QWidget*, kControlCount> widgets_{};
     std::function<void(Control)> onEdited_;
+    std::array<QString, kControlCount> committed_;  ///< of the text fields
     int cropUnitInForce_ = 0;
     TextColor color_;
 };

@@ -1,4 +1,7 @@
 #include <QAbstractButton>
+#include <QFileInfo>
+#include <QMimeData>
+#include <QUrl>
 #include <algorithm>
 #include <cmath>
 
@@ -148,6 +151,19 @@ void ViewController::ImageDragPerformed(const QStringList& paths) {
         return;
     }
     LoadImages(paths);
+}
+
+void ViewController::OpenFiles(const QStringList& paths) {
+    QList<QUrl> addresses;
+    for (const QString& path : paths) {
+        addresses.append(QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()));
+    }
+    QMimeData files;
+    files.setUrls(addresses);
+    if (!paths.isEmpty() && !ui_.imageViewVideo->PerformDragOperation(files)) {
+        dialogs_.Report(tr("“%1” is neither a video nor a picture that can be opened.")
+                            .arg(QFileInfo(paths.first()).fileName()));
+    }
 }
 
 void ViewController::LoadImages(const QStringList& added) {

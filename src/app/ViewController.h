@@ -78,6 +78,9 @@ class ViewController : public MainWindow {
     void OnResetZoom();
     void VideoDragPerformed(const QString& path);
     void ImageDragPerformed(const QStringList& paths);
+    /// Files named when the program was started: as if dropped on the panel together; says so when
+    /// they are nothing that can be opened.
+    void OpenFiles(const QStringList& paths);
 
     // Playback.cpp
     void OnPlayVideo();

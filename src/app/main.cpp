@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QCommandLineParser>
 #include <iostream>
 
 #include "app/QtDialogs.h"
@@ -18,6 +19,15 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(QStringLiteral("lumirra"));
     QCoreApplication::setApplicationVersion(QStringLiteral(LUMIRRA_VERSION));
     QGuiApplication::setApplicationDisplayName(QString());
+    QCommandLineParser arguments;
+    arguments.setApplicationDescription(
+        QStringLiteral("Makes animated GIFs from videos and pictures."));
+    arguments.addHelpOption();
+    arguments.addVersionOption();
+    arguments.addPositionalArgument(QStringLiteral("files"),
+                                    QStringLiteral("A video, or any number of pictures."),
+                                    QStringLiteral("[files...]"));
+    arguments.process(application);
     InstallAccessibleRangeControls();
 
     QtDialogs dialogs;
@@ -29,5 +39,6 @@ int main(int argc, char** argv) {
     Theme theme(application);
     ViewController window(theme, dialogs, folder->Path());
     window.show();
+    window.OpenFiles(arguments.positionalArguments());
     return QApplication::exec();
 }

@@ -223,6 +223,25 @@ TEST_F(SettingsStory, UnitChangeAndTypedDimensions) {
     Settle();
 }
 
+TEST_F(SettingsStory, AFieldLeftWithoutAnEditKeepsItsFraction) {
+    OpenVideo(Media("counter-30fps-bframes.mp4"));
+    Type("textFieldDimensionsWidth", QStringLiteral("150"));
+    EXPECT_EQ(FieldText("textFieldResizeTo"), QStringLiteral("46.875"));
+    window.setWindowTitle(QStringLiteral("Lumirra"));
+    for (const char* field : {"textFieldResizeTo", "textFieldDimensionsWidth"}) {
+        Q_EMIT Find<QLineEdit>(field).editingFinished();
+    }
+    EXPECT_EQ(FieldText("textFieldResizeTo"), QStringLiteral("46.875"));
+    EXPECT_FALSE(window.IsModified());
+
+    // A picture that arrives while the field is typed in does not count as its commit.
+    Find<QLineEdit>("textFieldTextFontSize").setText(QStringLiteral("30"));
+    window.UpdateVideoPreview();
+    Settle();
+    Q_EMIT Find<QLineEdit>("textFieldTextFontSize").editingFinished();
+    EXPECT_EQ(ValueOf("stepperTextFontSize"), 30.0F);
+}
+
 TEST_F(SettingsStory, CommandIsCtrlAlone) {
     const auto press = [&](int key, Qt::KeyboardModifiers modifiers) {
         QTest::simulateEvent(&window, true, key, modifiers, QString(), false);

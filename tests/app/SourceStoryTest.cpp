@@ -206,6 +206,16 @@ TEST_F(SourceStory, DropsAreTakenAsTheOpenCommandsDo) {
     EXPECT_EQ(window.State().videoPath, Media("counter-2997.mov"));
 }
 
+TEST_F(SourceStory, FilesNamedAtTheStartAreOpenedOrRefusedInWords) {
+    window.OpenFiles({});
+    window.OpenFiles({QStringLiteral(LUMIRRA_SOURCE_DIR) + QStringLiteral("/README.md")});
+    EXPECT_TRUE(dialogs.OnlyMessage().contains(QStringLiteral("README.md")));
+    window.OpenFiles({Media("photo-16bit.png"), Media("photo-grey.png"), Media("photo-alpha.png")});
+    Settle();
+    EXPECT_EQ(window.State().listImagePaths.size(), 3);
+    EXPECT_EQ(TextOf("labelImageNumber"), QStringLiteral("1/3"));
+}
+
 TEST_F(SourceStory, PlayingStopsAndABrokenFilmIsReported) {
     OpenVideo(Media("counter-with-sound.m4v"));
     Edit("sliderVideoPosition", 0.5);

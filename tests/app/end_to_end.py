@@ -1,0 +1,224 @@
+#!/usr/bin/python3
+"""One person's session with the real program on a virtual desktop, from opening a clip to closing.
+
+usage: end_to_end.py PROGRAM [FOLDER]; screenshots of every step are left in FOLDER.
+"""
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import desktop
+from desktop import until
+
+FRAMES, RATE, WIDTH, HEIGHT, BLOCK = 90, 30, 320, 180, 40
+GREY = 96  # of the clip above its blocks
+
+
+def make_clip(path):
+    """A clip whose frames say their number: eight blocks at the bottom, the highest bit first."""
+    def frame(number):
+        row = b"".join((b"\xff" if number >> (7 - i) & 1 else b"\0") * BLOCK for i in range(8))
+        return bytes([GREY]) * (WIDTH * (HEIGHT - BLOCK)) + row * BLOCK
+    subprocess.run(
+        ["ffmpeg", "-v", "error", "-y", "-f", "rawvideo", "-pix_fmt", "gray", "-s",
+         f"{WIDTH}x{HEIGHT}", "-r", str(RATE), "-i", "-", "-c:v", "libx264", "-bf", "3",
+         "-pix_fmt", "yuv420p", str(path)],
+        input=b"".join(map(frame, range(FRAMES))), check=True)
+
+
+class Session(unittest.TestCase):
+    def shot(self, name):
+        self.step += 1
+        shot = self.desk.screenshot()
+        shot.save(OUTPUT / f"{self.step:02}-{name}.png")
+        return shot
+
+    def pixel_place(self, x, y):
+        """Where that pixel of the clip stands on the screen."""
+        left, top, width, height = self.app.place("imageViewVideo")
+        scale = min(width / WIDTH, height / HEIGHT)
+        return (left + (width - WIDTH * scale) / 2 + x * scale,
+                top + (height - HEIGHT * scale) / 2 + y * scale)
+
+    def frame_shown(self):
+        """The number that the blocks on the screen say."""
+        shot = self.desk.screenshot()
+        number = 0
+        for i in range(8):
+            level = shot.grey(*self.pixel_place(BLOCK * (i + 0.5), HEIGHT - BLOCK / 2))
+            self.assertTrue(level < 40 or level > 215, f"block {i} is neither black nor white")
+            number = 2 * number + (level > 128)
+        return number
+
+    def grey_at(self, x, y):
+        return self.desk.screenshot().grey(*self.pixel_place(x, y))
+
+    def slider_point(self, fraction):
+        """On the position slider, whose knob of 16 stays within it."""
+        x, y, width, height = self.app.place("sliderVideoPosition")
+        return x + 8 + fraction * (width - 16), y + height / 2
+
+    def wait_for_the_frame_of_the_position(self):
+        def right():
+            exact = self.app.value("sliderVideoPosition") * FRAMES
+            return self.frame_shown() in {min(int(exact + e), FRAMES - 1) for e in (-0.01, 0.01)}
+        until(right, "the picture at the position")
+
+    def test_from_a_clip_to_the_end(self):
+        clip = pathlib.Path(self.desk.folder) / "home" / "zähler #1.mp4"
+        make_clip(clip)
+        with desktop.Program(self.desk, [PROGRAM, clip]) as self.app:
+            self.opens_what_it_was_started_with()
+            self.seeks_by_mouse_and_keys()
+            self.sets_markers()
+            self.changes_effects()
+            self.leaves_an_untouched_field_alone()
+            self.zooms()
+            self.starts_anew()
+            self.opens_by_the_panel(clip)
+            self.closes()
+
+    def opens_what_it_was_started_with(self):
+        until(lambda: self.frame_shown() == 0, "the clip's first picture")
+        self.assertEqual(self.app.title(), "Lumirra")
+        self.assertEqual(self.app.text("labelVideoPositionTime"), "00:00:00.0")
+        self.assertEqual(self.app.text("labelEndTime"), "00:00:03.0")
+        for outlet in ("sliderVideoPosition", "buttonMarkAsStartTime", "comboPlayMode"):
+            self.assertTrue(self.app.enabled(outlet), outlet)
+        self.assertFalse(self.app.enabled("buttonMoveUp"))
+        self.assertFalse(self.app.shown("buttonNextImage"))
+        self.shot("opened")
+
+    def seeks_by_mouse_and_keys(self):
+        self.desk.drag(self.slider_point(0), self.slider_point(0.4))
+        self.assertAlmostEqual(self.app.value("sliderVideoPosition"), 0.4, delta=0.01)
+        self.wait_for_the_frame_of_the_position()
+        self.assertEqual(self.app.text("labelVideoPositionTime"), "00:00:01.%d" %
+                         int(self.app.value("sliderVideoPosition") * 30 % 10))
+        before = self.frame_shown()
+        self.desk.key("period")
+        until(lambda: self.frame_shown() == before + 1, "the next frame")
+        self.desk.key("comma")
+        until(lambda: self.frame_shown() == before, "the frame before")
+        self.shot("sought")
+
+    def sets_markers(self):
+        self.desk.key("i")
+        start = self.app.text("labelVideoPositionTime")
+        until(lambda: self.app.text("labelStartTime") == start, "the start marker")
+        self.desk.click(*self.slider_point(0.8))
+        self.wait_for_the_frame_of_the_position()
+        self.app.click("buttonMarkAsEndTime")
+        end = self.app.text("labelVideoPositionTime")
+        until(lambda: self.app.text("labelEndTime") == end, "the end marker")
+        self.assertLess(start, end)
+
+        self.app.click("buttonMarkAsStartTime")  # where the end is: refused, in words
+        self.app.named("push button", "OK")
+        self.shot("marker-refused")
+        self.desk.key("Return")
+        until(lambda: self.app.root.childCount == 1, "the message to go")
+        self.assertEqual(self.app.text("labelStartTime"), start)
+        self.assertEqual(self.app.title(), "Lumirra")
+
+    def changes_effects(self):
+        self.app.click(self.app.named("page tab", "Adjust"))
+        until(lambda: self.app.shown("sliderBrightness"), "the adjustments")
+        self.app.set("sliderBrightness", 0.25)
+        expected = GREY + 0.25 * 255
+        until(lambda: abs(self.grey_at(160, 60) - expected) < 8, "a brighter picture")
+        self.assertEqual(self.app.title(), "Lumirra*")
+        self.shot("brighter")
+        self.app.set("sliderBrightness", 0)
+        until(lambda: abs(self.grey_at(160, 60) - GREY) < 4, "the picture as it was")
+
+        self.app.click(self.app.named("page tab", "Effects"))
+        until(lambda: self.app.shown("checkVignette"), "the effects")
+        x, y, _, height = self.app.place("checkVignette")
+        self.desk.click(x + 12, y + height / 2)
+        until(lambda: self.app.has("checkVignette", self.spi.STATE_CHECKED), "the check box")
+        until(lambda: self.grey_at(4, 4) < GREY - 20, "dark corners")
+        self.assertLess(abs(self.grey_at(160, 90) - GREY), 12)
+        self.shot("vignette")
+
+    def leaves_an_untouched_field_alone(self):
+        """A field that was only passed through says and means what it did."""
+        self.app.click(self.app.named("page tab", "Crop"))
+        until(lambda: self.app.shown("textFieldDimensionsWidth"), "the crop page")
+        self.app.click("textFieldDimensionsWidth")
+        self.desk.key("ctrl+a")
+        self.desk.type("150")
+        self.desk.key("Return")
+        until(lambda: self.app.text("textFieldDimensionsHeight") == "84", "the other dimension")
+        percent = self.app.text("textFieldResizeTo")
+        self.assertAlmostEqual(float(percent), 100 * 150 / WIDTH, places=2)
+        self.app.click("textFieldResizeTo")
+        self.app.click("textFieldDimensionsHeight")
+        self.assertEqual(self.app.text("textFieldResizeTo"), percent)
+        self.assertEqual(self.app.text("textFieldDimensionsWidth"), "150")
+        self.shot("resized")
+
+    def zooms(self):
+        whole = self.app.place("imageViewVideo")
+        self.app.click("buttonZoomIn")
+        larger = until(lambda: (p := self.app.place("imageViewVideo"))[2] > whole[2] and p, "zoom")
+        self.assertGreater(larger[3], whole[3])
+        left, top, width, height = self.app.place("customViewVideo")
+        middle = (left + width / 2, top + height / 2)
+        self.desk.drag(middle, (middle[0] + 30, middle[1] + 20))
+        until(lambda: self.app.place("imageViewVideo")[:2] != larger[:2], "the picture to follow")
+        self.shot("zoomed")
+        self.app.click("buttonResetZoom")
+        until(lambda: self.app.place("imageViewVideo") == whole, "the whole picture again")
+
+    def starts_anew(self):
+        self.desk.key("ctrl+n")
+        self.app.named("push button", "No")
+        self.shot("question")
+        self.desk.key("Escape")
+        until(lambda: self.app.root.childCount == 1, "the question to go")
+        self.assertEqual(self.app.title(), "Lumirra*")
+        self.desk.key("ctrl+n")
+        self.app.named("push button", "Yes")
+        self.desk.key("Return")
+        until(lambda: self.app.title() == "Lumirra", "a new project")
+        self.assertFalse(self.app.enabled("sliderVideoPosition"))
+        self.assertEqual(self.app.text("labelEndTime"), "00:00:00.0")
+        self.assertFalse(self.app.has("checkVignette", self.spi.STATE_CHECKED))
+        self.shot("new")
+
+    def opens_by_the_panel(self, clip):
+        self.desk.key("ctrl+o")
+        self.app.named("push button", "Open")
+        plain = clip.with_name("counter.mp4")  # a name that every keyboard can type
+        shutil.copy(clip, plain)
+        self.desk.type(str(plain))
+        self.shot("open-panel")
+        self.desk.key("Return")
+        until(lambda: self.app.enabled("sliderVideoPosition"), "the clip")
+        until(lambda: self.frame_shown() == 0, "the clip's first picture")
+        self.shot("opened-again")
+
+    def closes(self):
+        self.desk.key("alt+F4")
+        self.assertEqual(self.app.process.wait(desktop.WAIT_SECONDS), 0)
+        self.assertEqual(list((self.desk.folder / "tmp").iterdir()), [], "working files are left")
+
+    def setUp(self):
+        self.step = 0
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.desk = self.enterContext(desktop.Desktop(pathlib.Path(folder.name)))
+        self.spi = self.desk.spi
+
+
+if __name__ == "__main__":
+    desktop.in_private_session()
+    PROGRAM = pathlib.Path(sys.argv[1]).resolve()
+    OUTPUT = pathlib.Path(sys.argv[2] if len(sys.argv) > 2 else "screenshots").resolve()
+    shutil.rmtree(OUTPUT, ignore_errors=True)
+    OUTPUT.mkdir(parents=True)
+    unittest.main(argv=sys.argv[:1])
