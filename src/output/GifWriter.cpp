@@ -1,6 +1,7 @@
 #include "output/GifWriter.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <algorithm>
 #include <cmath>
@@ -97,6 +98,13 @@ Outcome<GifResult> WriteGif(const GifRequest& request, std::stop_token stop,
     const Outcome<CanvasFit> fit = FitFor(request.framePaths, request.fitMode);
     if (!fit) {
         return fit.failure();
+    }
+    if (const QFileInfo target(request.destination); target.exists() && !target.isFile()) {
+        // The rename at the end would put a file in place of a device or a pipe.
+        return Failure{Failure::Kind::NotWritable,
+                       QStringLiteral("Could not write \"%1\": it is not a regular file.")
+                           .arg(request.destination),
+                       request.destination};
     }
     QSaveFile file(request.destination);
     if (!file.open(QIODevice::WriteOnly)) {

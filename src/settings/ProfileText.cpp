@@ -175,8 +175,11 @@ Outcome<ControlValues> LoadProfile(const QString& path) {
 
 Outcome<Done> SaveProfile(const ControlValues& values, const QString& path) {
     const QByteArray bytes = ProfileText(values).toUtf8();
+    const QFileInfo target(path);
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+    // The rename at the end would put a file in place of a device or a pipe.
+    if ((target.exists() && !target.isFile()) || !file.open(QIODevice::WriteOnly) ||
+        file.write(bytes) != bytes.size() || !file.commit()) {
         return Failure{Failure::Kind::NotWritable, QStringLiteral("Could not save profile."), path};
     }
     return Done{};

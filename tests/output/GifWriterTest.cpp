@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QImageReader>
 #include <QTemporaryDir>
 #include <cmath>
@@ -429,6 +431,14 @@ TEST_F(GifWriterTest, FailureAndStopLeaveTheOldFile) {
     ASSERT_FALSE(refused);
     EXPECT_EQ(refused.failure().kind, Failure::Kind::NotWritable);
     EXPECT_TRUE(stillOld());
+
+    const QString pipe = Path(QStringLiteral("pipe.gif"));
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    nowhere.destination = pipe;
+    const auto onPipe = WriteGif(nowhere, {}, {});
+    ASSERT_FALSE(onPipe);
+    EXPECT_EQ(onPipe.failure().kind, Failure::Kind::NotWritable);
+    EXPECT_FALSE(QFileInfo(pipe).isFile()) << "the pipe is still one";
 }
 
 TEST_F(GifWriterTest, HostileSizesAreRefused) {
