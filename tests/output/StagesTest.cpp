@@ -132,8 +132,8 @@ TEST(PaletteTest, FewColorsAreKeptAndCounted) {
     EXPECT_EQ(FewColors(picture, 255), colors);
     EXPECT_EQ(FewColors(picture, 254), std::nullopt);
     EXPECT_TRUE(FewColors(Blank(3, 3), 255)->empty());
-    EXPECT_EQ(MakePalette(picture, {}, 255).size(), 255U);
-    EXPECT_FALSE(MakePalette(Blank(3, 3), {}, 255).empty());
+    EXPECT_EQ(MakePalette(CountColors(picture, {}), 255).size(), 255U);
+    EXPECT_FALSE(MakePalette(CountColors(Blank(3, 3), {}), 255).empty());
 }
 
 double ErrorOf(const std::vector<Tone>& points, const std::vector<Tone>& centers) {
@@ -180,7 +180,7 @@ TEST(PaletteTest, CloseToTheBestOfAllPartitions) {
             best = std::min(best, ErrorOf(points, centers));
         }
         std::vector<Tone> made;
-        for (const Rgba& color : MakePalette(picture, {}, 3)) {
+        for (const Rgba& color : MakePalette(CountColors(picture, {}), 3)) {
             made.push_back(ToneOf(color));
         }
         EXPECT_LE(made.size(), 3U);
@@ -197,7 +197,7 @@ TEST(PaletteTest, FlatAreasGetTheirVeryColor) {
                                               static_cast<std::uint8_t>(random() % 256), grain, 255}
                                        : Rgba{201, 55, 17, 255};
     }
-    const std::vector<Rgba> palette = MakePalette(picture, {}, 16);
+    const std::vector<Rgba> palette = MakePalette(CountColors(picture, {}), 16);
     EXPECT_NE(std::find(palette.begin(), palette.end(), Rgba{201, 55, 17, 255}), palette.end());
 }
 

@@ -13,6 +13,7 @@
 
 #include "output/gif/GifFile.h"
 #include "output/gif/Goal.h"
+#include "output/gif/Masking.h"
 #include "output/gif/Palette.h"
 #include "output/gif/StringSearch.h"
 #include "output/gif/Tuning.h"
@@ -28,6 +29,7 @@ struct Frame {
     Picture source;
     Picture goal;
     std::vector<std::uint8_t> moved;
+    std::vector<std::uint8_t> lasts;
     std::optional<std::vector<Rgba>> exactColors;
     Disposal disposal = Disposal::Keep;
     bool blankScreen = false;
@@ -63,6 +65,17 @@ bool Contains(const std::vector<Rgba>& sorted, const std::vector<Rgba>& colors) 
     const auto key = [](Rgba c) { return c.r << 16 | c.g << 8 | c.b; };
     return std::includes(sorted.begin(), sorted.end(), colors.begin(), colors.end(),
                          [&](Rgba a, Rgba b) { return key(a) < key(b); });
+}
+
+/// Errors show on screens and drawings, where neither grain nor texture hides them, and little more
+/// is needed to avoid them: a bit counts less there.
+float FlatFactor(const Picture& goal) {
+    constexpr float kNoneBelow = 0.5F;
+    constexpr float kFullFrom = 0.8F;
+    constexpr float kFull = 0.45F;
+    const float share =
+        std::clamp((FlatShare(goal) - kNoneBelow) / (kFullFrom - kNoneBelow), 0.0F, 1.0F);
+    return 1 - (1 - kFull) * share;
 }
 
 class Run {
@@ -202,6 +215,7 @@ class Run {
             frame.exactColors ? goals_.NextExact(frame.source) : goals_.Next(window);
         frame.goal = std::move(result.goal);
         frame.moved = std::move(result.moved);
+        frame.lasts = std::move(result.lasts);
         if (frame.blankScreen) {
             std::fill(frame.moved.begin(), frame.moved.end(), std::uint8_t{1});
         }
@@ -229,7 +243,16 @@ class Run {
         for (std::size_t i = 0; i < importance.size(); ++i) {
             importance[i] = frame.moved[i] != 0 ? kMovedWeight : std::uint8_t{1};
         }
-        frame.palette = MakePalette(frame.goal, importance, kMostColors);
+        const std::vector<ColorBin> colors = CountColors(frame.goal, importance);
+        frame.palette = MakePalette(colors, kMostColors);
+        // A palette of its own has to be worth the bits that it takes.
+        constexpr double kPaletteBits = 8 * 3 * 256;
+        if (!filePalette_.empty() &&
+            PaletteError(colors, filePalette_) - PaletteError(colors, frame.palette) <
+                kMovedWeight * tuning_.search.lambda * kPaletteBits) {
+            frame.palette = filePalette_;
+            frame.filePalette = true;
+        }
     }
 
     void SearchFrame(std::unique_lock<std::mutex>& lock) {
@@ -252,10 +275,12 @@ class Run {
         }
         SearchJob job;
         job.goal = &frame->goal;
+        job.lasts = &frame->lasts;
         job.palette = &frame->palette;
         job.exact = frame->exactColors.has_value();
         job.blankScreen = frame->blankScreen;
         job.tuning = tuning_.search;
+        job.tuning.lambda *= FlatFactor(frame->goal);
         job.waitForRows = [this, &before](int rows) { return WaitForRows(before.get(), rows); };
         job.rowsDone = [&frame](int rows) {
             frame->rowsDone.store(rows, std::memory_order_release);
@@ -264,6 +289,7 @@ class Run {
         SearchStrings(job, screen_, frame->data);
         frame->goal = {};
         frame->moved = {};
+        frame->lasts = {};
         lock.lock();
         frame->finished = true;
     }

@@ -137,7 +137,7 @@ GoalMaker::Result GoalMaker::Next(const std::vector<const Picture*>& window) {
     for (std::uint8_t& value : still) {
         value ^= 1U;
     }
-    return {last_, std::move(still)};
+    return {last_, std::move(still), std::move(counts)};
 }
 
 GoalMaker::Result GoalMaker::NextExact(const Picture& frame) {
@@ -148,7 +148,7 @@ GoalMaker::Result GoalMaker::NextExact(const Picture& frame) {
         }
     }
     last_ = frame;
-    return {frame, std::move(moved)};
+    return {frame, std::move(moved), std::vector<std::uint8_t>(frame.Size(), 1)};
 }
 
 }  // namespace lumirra::gif

@@ -24,6 +24,7 @@ class GoalMaker {
     struct Result {
         Picture goal;
         std::vector<std::uint8_t> moved;  ///< 1 where the goal differs from the last one's
+        std::vector<std::uint8_t> lasts;  ///< frames that it is good for, this one and those ahead
     };
 
     /// `window` holds the frame and the frames ahead of it, all of one size; at least one.

@@ -3,13 +3,16 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <numeric>
+#include <vector>
 
 namespace lumirra::gif {
 
 namespace {
 
 constexpr float kHalfActivity = 60;
-constexpr float kExponent = 0.6F;
+constexpr float kExponent = 0.3F;
 constexpr int kTableSize = 2048;
 
 const std::array<float, kTableSize>& WeightTable() {
@@ -58,6 +61,33 @@ void MaskingRow(const Picture& picture, int y, float* weights) {
         left = middle;
         middle = right;
     }
+}
+
+float FlatShare(const Picture& picture) {
+    constexpr std::size_t kSamples = 8192;
+    constexpr std::size_t kColors = 16;
+    std::vector<std::uint32_t> samples;
+    const std::size_t step = picture.Size() / kSamples + 1;
+    for (std::size_t i = 0; i < picture.Size(); i += step) {
+        const Rgba color = picture.pixels[i];
+        if (color.a != 0) {
+            samples.push_back(static_cast<std::uint32_t>(color.r << 16 | color.g << 8 | color.b));
+        }
+    }
+    if (samples.empty()) {
+        return 0;
+    }
+    std::sort(samples.begin(), samples.end());
+    std::vector<std::size_t> counts;
+    for (auto at = samples.begin(); at != samples.end();) {
+        const auto next = std::upper_bound(at, samples.end(), *at);
+        counts.push_back(static_cast<std::size_t>(next - at));
+        at = next;
+    }
+    std::sort(counts.rbegin(), counts.rend());
+    counts.resize(std::min(counts.size(), kColors));
+    const auto most = std::accumulate(counts.begin(), counts.end(), std::size_t{0});
+    return static_cast<float>(most) / static_cast<float>(samples.size());
 }
 
 }  // namespace lumirra::gif

@@ -8,4 +8,8 @@ namespace lumirra::gif {
 /// which hides errors. `weights` has room for one row.
 void MaskingRow(const Picture& picture, int y, float* weights);
 
+/// Part of the opaque pixels, 0..1, that have one of the 16 most frequent colours: high for screens
+/// and drawings, low for what a camera saw. Judged by samples.
+float FlatShare(const Picture& picture);
+
 }  // namespace lumirra::gif

@@ -24,46 +24,9 @@ Rgba Unpacked(std::uint32_t packed) {
             static_cast<std::uint8_t>(packed & 255U), 255};
 }
 
-/// Pixels of nearly one colour: their sums, and the colour that most of them have, if one has.
-struct Bin {
-    double weight = 0;
-    double r = 0;
-    double g = 0;
-    double b = 0;
-    std::uint32_t majority = 0;
-    double majorityLead = 0;
-};
-
 std::size_t BinIndex(Rgba color) {
     return static_cast<std::size_t>(color.r >> 3U) << 11U |
            static_cast<std::size_t>(color.g >> 2U) << 5U | static_cast<std::size_t>(color.b >> 3U);
-}
-
-std::vector<Bin> FillBins(const Picture& picture, const std::vector<std::uint8_t>& importance) {
-    std::vector<Bin> bins(std::size_t{1} << 16U);
-    for (std::size_t i = 0; i < picture.Size(); ++i) {
-        const Rgba color = picture.pixels[i];
-        const double weight = importance.empty() ? 1.0 : importance[i];
-        if (color.a == 0 || weight == 0) {
-            continue;
-        }
-        Bin& bin = bins[BinIndex(color)];
-        bin.weight += weight;
-        bin.r += weight * color.r;
-        bin.g += weight * color.g;
-        bin.b += weight * color.b;
-        const std::uint32_t packed = Packed(color);
-        if (packed == bin.majority) {
-            bin.majorityLead += weight;
-        } else if (bin.majorityLead >= weight) {
-            bin.majorityLead -= weight;
-        } else {
-            bin.majority = packed;
-            bin.majorityLead = weight - bin.majorityLead;
-        }
-    }
-    std::erase_if(bins, [](const Bin& bin) { return bin.weight == 0; });
-    return bins;
 }
 
 struct Points {
@@ -71,11 +34,11 @@ struct Points {
     std::vector<float> weights;
 };
 
-Points PointsOf(const std::vector<Bin>& bins) {
+Points PointsOf(const std::vector<ColorBin>& bins) {
     Points points;
     points.tones.reserve(bins.size());
     points.weights.reserve(bins.size());
-    for (const Bin& bin : bins) {
+    for (const ColorBin& bin : bins) {
         points.tones.push_back(ToneOf(static_cast<float>(bin.r / bin.weight),
                                       static_cast<float>(bin.g / bin.weight),
                                       static_cast<float>(bin.b / bin.weight)));
@@ -248,10 +211,10 @@ Rgba Rounded(const Tone& tone) {
 }
 
 /// A colour that most pixels near a centre have exactly, as flat areas do, takes its place.
-std::vector<Rgba> Settle(const std::vector<Bin>& bins, const std::vector<Tone>& centers,
+std::vector<Rgba> Settle(const std::vector<ColorBin>& bins, const std::vector<Tone>& centers,
                          const std::vector<std::uint8_t>& nearest) {
     std::vector<double> weights(centers.size());
-    std::vector<const Bin*> strongest(centers.size(), nullptr);
+    std::vector<const ColorBin*> strongest(centers.size(), nullptr);
     for (std::size_t i = 0; i < bins.size(); ++i) {
         const std::size_t center = nearest[i];
         weights[center] += bins[i].weight;
@@ -302,9 +265,35 @@ std::optional<std::vector<Rgba>> FewColors(const Picture& picture, std::size_t l
     return colors;
 }
 
-std::vector<Rgba> MakePalette(const Picture& picture, const std::vector<std::uint8_t>& importance,
-                              std::size_t limit) {
-    const std::vector<Bin> bins = FillBins(picture, importance);
+std::vector<ColorBin> CountColors(const Picture& picture,
+                                  const std::vector<std::uint8_t>& importance) {
+    std::vector<ColorBin> bins(std::size_t{1} << 16U);
+    for (std::size_t i = 0; i < picture.Size(); ++i) {
+        const Rgba color = picture.pixels[i];
+        const double weight = importance.empty() ? 1.0 : importance[i];
+        if (color.a == 0 || weight == 0) {
+            continue;
+        }
+        ColorBin& bin = bins[BinIndex(color)];
+        bin.weight += weight;
+        bin.r += weight * color.r;
+        bin.g += weight * color.g;
+        bin.b += weight * color.b;
+        const std::uint32_t packed = Packed(color);
+        if (packed == bin.majority) {
+            bin.majorityLead += weight;
+        } else if (bin.majorityLead >= weight) {
+            bin.majorityLead -= weight;
+        } else {
+            bin.majority = packed;
+            bin.majorityLead = weight - bin.majorityLead;
+        }
+    }
+    std::erase_if(bins, [](const ColorBin& bin) { return bin.weight == 0; });
+    return bins;
+}
+
+std::vector<Rgba> MakePalette(const std::vector<ColorBin>& bins, std::size_t limit) {
     if (bins.empty()) {
         return {Rgba{0, 0, 0, 255}};
     }
@@ -316,6 +305,23 @@ std::vector<Rgba> MakePalette(const Picture& picture, const std::vector<std::uin
     std::sort(palette.begin(), palette.end(), [](Rgba a, Rgba b) { return Packed(a) < Packed(b); });
     palette.erase(std::unique(palette.begin(), palette.end()), palette.end());
     return palette;
+}
+
+double PaletteError(const std::vector<ColorBin>& colors, const std::vector<Rgba>& palette) {
+    const Points points = PointsOf(colors);
+    std::vector<Tone> centers;
+    centers.reserve(palette.size());
+    for (const Rgba& color : palette) {
+        centers.push_back(ToneOf(color));
+    }
+    std::vector<std::uint8_t> nearest;
+    NearestCenters(points.tones, centers, nearest);
+    double error = 0;
+    for (std::size_t i = 0; i < nearest.size(); ++i) {
+        error +=
+            static_cast<double>(points.weights[i]) * Distance(points.tones[i], centers[nearest[i]]);
+    }
+    return error;
 }
 
 }  // namespace lumirra::gif

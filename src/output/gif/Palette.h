@@ -11,10 +11,26 @@ namespace lumirra::gif {
 /// The opaque colours of a picture in order of value, or nothing when there are more than `limit`.
 std::optional<std::vector<Rgba>> FewColors(const Picture& picture, std::size_t limit);
 
-/// At most `limit` colours that stand for the picture with little error. `importance` holds one
-/// value a pixel, 0 for pixels that do not matter, or is empty when all count alike. Colours that
-/// cover whole areas are given exactly. Never empty.
-std::vector<Rgba> MakePalette(const Picture& picture, const std::vector<std::uint8_t>& importance,
-                              std::size_t limit);
+/// Pixels of nearly one colour: their sums, and the colour that most of them have, if one has.
+struct ColorBin {
+    double weight = 0;
+    double r = 0;
+    double g = 0;
+    double b = 0;
+    std::uint32_t majority = 0;
+    double majorityLead = 0;
+};
+
+/// The colours of a picture, counted. `importance` holds one value a pixel, 0 for pixels that do
+/// not matter, or is empty when all count alike.
+std::vector<ColorBin> CountColors(const Picture& picture,
+                                  const std::vector<std::uint8_t>& importance);
+
+/// At most `limit` colours that stand for these with little error. Colours that cover whole areas
+/// are given exactly. Never empty.
+std::vector<Rgba> MakePalette(const std::vector<ColorBin>& colors, std::size_t limit);
+
+/// Squared tone distance to the nearest entry, summed over all colours by their weights.
+double PaletteError(const std::vector<ColorBin>& colors, const std::vector<Rgba>& palette);
 
 }  // namespace lumirra::gif

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 
 #include "output/gif/CodeWriter.h"
@@ -135,6 +136,12 @@ class Searcher {
 
     void FillRow(int y) {
         MaskingRow(goal_, y, weights_.data());
+        if (job_.lasts != nullptr) {
+            const std::uint8_t* lasts = job_.lasts->data() + static_cast<std::size_t>(y) * width_;
+            for (std::size_t x = 0; x < width_; ++x) {
+                weights_[x] *= 1 + tuning_.lasting * static_cast<float>(lasts[x] - 1);
+            }
+        }
         Pixel* pixels = &ring_[RingIndex(static_cast<std::size_t>(y) * width_)];
         const Rgba* goal = goal_.Row(y);
         const Rgba* shown = screen_.shown.Row(y);
@@ -208,38 +215,46 @@ class Searcher {
 
     std::size_t Next(std::size_t index) const { return index + 1 == ringSize_ ? 0 : index + 1; }
 
-    struct Candidate {
-        float error;
-        unsigned code;
+    /// The best few single pixels, best first.
+    class Candidates {
+      public:
+        void Offer(float error, unsigned code) {
+            // Errors are not negative, so their bits sort like the numbers.
+            const std::uint64_t key =
+                std::uint64_t{std::bit_cast<std::uint32_t>(error)} << 32U | code;
+            if (count_ == kCandidates && key >= keys_[kCandidates - 1]) {
+                return;
+            }
+            std::size_t at = count_ < kCandidates ? count_++ : kCandidates - 1;
+            for (; at > 0 && keys_[at - 1] > key; --at) {
+                keys_[at] = keys_[at - 1];
+            }
+            keys_[at] = key;
+        }
+        std::size_t Count() const { return count_; }
+        float Error(std::size_t i) const {
+            return std::bit_cast<float>(static_cast<std::uint32_t>(keys_[i] >> 32U));
+        }
+        unsigned Code(std::size_t i) const { return static_cast<unsigned>(keys_[i] & 0xFFFFU); }
+
+      private:
+        std::array<std::uint64_t, kCandidates> keys_;
+        std::size_t count_ = 0;
     };
 
     void VisitRoot() {
         const std::size_t index = RingIndex(position_);
         const Pixel& pixel = ring_[index];
-        std::array<Candidate, kMaxColors + 1> found;
-        float limit = cap_;
-        std::size_t count = FindCandidates(pixel, limit, found);
-        if (pixel.keepError <= limit) {
-            found[count++] = {pixel.keepError, keepIndex_};
-        }
-        const auto end = found.begin() + static_cast<std::ptrdiff_t>(count);
-        const auto kept = std::min<std::ptrdiff_t>(static_cast<std::ptrdiff_t>(count), kCandidates);
-        const auto better = [](const Candidate& a, const Candidate& b) {
-            return a.error != b.error ? a.error < b.error : a.code < b.code;
-        };
-        if (count > kCandidates) {
-            std::nth_element(found.begin(), found.begin() + kept, end, better);
-        }
-        std::sort(found.begin(), found.begin() + kept, better);
-        for (std::ptrdiff_t i = 0; i < kept; ++i) {
-            const Candidate& candidate = found[static_cast<std::size_t>(i)];
-            Take(candidate.code, candidate.error, position_, index, pixel.target, 0);
+        Candidates candidates;
+        FindCandidates(pixel, candidates);
+        for (std::size_t i = 0; i < candidates.Count(); ++i) {
+            Take(candidates.Code(i), candidates.Error(i), position_, index, pixel.target, 0);
         }
     }
 
-    /// The colours below the limit; when there are none, it is raised to the nearest one's error.
-    std::size_t FindCandidates(const Pixel& pixel, float& limit,
-                               std::array<Candidate, kMaxColors + 1>& found) {
+    /// The colours below the cap and not much worse than the best; when there are none, the
+    /// nearest.
+    void FindCandidates(const Pixel& pixel, Candidates& candidates) {
         const hn::CappedTag<float, kGroup> d;
         const std::size_t lanes = hn::Lanes(d);
         const auto y = hn::Set(d, pixel.target.y);
@@ -257,18 +272,21 @@ class Searcher {
             least = hn::Min(least, error);
             hn::Store(error, d, &errors[i]);
         }
-        limit = std::max(limit, hn::GetLane(hn::MinOfLanes(d, least)));
-        std::size_t count = 0;
+        const float nearest = hn::GetLane(hn::MinOfLanes(d, least));
+        const float limit = std::max(nearest, std::min(cap_, std::min(nearest, pixel.keepError) +
+                                                                 tuning_.candidateRange * price_));
+        if (pixel.keepError <= limit) {
+            candidates.Offer(pixel.keepError, keepIndex_);
+        }
         for (std::size_t i = 0; i < colors_; i += lanes) {
             std::uint64_t bits = 0;
             hn::StoreMaskBits(d, hn::Le(hn::Load(d, &errors[i]), hn::Set(d, limit)),
                               reinterpret_cast<std::uint8_t*>(&bits));
             for (; bits != 0; bits &= bits - 1) {
                 const std::size_t color = i + hwy::Num0BitsBelowLS1Bit_Nonzero64(bits);
-                found[count++] = {errors[color], static_cast<unsigned>(color)};
+                candidates.Offer(errors[color], static_cast<unsigned>(color));
             }
         }
-        return count;
     }
 
     /// What the pixel would cost if the string ended before it: little when it may be kept.

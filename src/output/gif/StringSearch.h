@@ -16,16 +16,18 @@ struct Screen {
 
 /// What one frame may cost. Errors are squared tone distances times the masking weight.
 struct SearchTuning {
-    float lambda = 2.8F;        ///< error that one bit is worth
+    float lambda = 3.1F;        ///< error that one bit is worth
     float diffusion = 0.45F;    ///< part of an error that is passed on
     float deadZone = 3.5F;      ///< of a kept pixel's goal change
     float refine = 0.3F;        ///< part of the error shown that keeping a pixel costs
     float goodEnough = 10;      ///< error shown that keeping never pays for
+    float lasting = 0.09F;      ///< more weight for each frame ahead that a pixel will stand still
     float memory = 0.97F;       ///< of the running price, per string
     float keptPrice = 0.1F;     ///< of a pixel that may be kept, in prices of one that may not
     float freeKeep = 0.05F;     ///< error in prices up to which keeping needs no search
     float errorCap = 6;         ///< largest error of a pixel, in prices of a pixel
-    float optimism = 0.4F;      ///< gain hoped for below a node, in prices of a pixel
+    float candidateRange = 2;   ///< beyond the best first colour, in prices of a pixel
+    float optimism = 0.35F;     ///< gain hoped for below a node, in prices of a pixel
     int visits = 400;           ///< nodes looked at for one string
     int codesAfterFull = 1500;  ///< before the dictionary is cleared
 };
@@ -33,6 +35,7 @@ struct SearchTuning {
 /// One frame's search. The pictures have the same size and outlive the search.
 struct SearchJob {
     const Picture* goal = nullptr;
+    const std::vector<std::uint8_t>* lasts = nullptr;  ///< frames that a goal is good for; or null
     const std::vector<Rgba>* palette = nullptr;  ///< without the transparent colour; at most 255
     bool exact = false;                          ///< palette and goal agree: no error is allowed
     bool blankScreen = false;                    ///< the reader clears the screen before this frame
