@@ -165,7 +165,7 @@ TEST_F(Extraction, StopsAtTheNextFrameAndKeepsTheStored) {
 TEST_F(Extraction, VideoThereAndBack) {
     job_.videoPath = Clip("counter-30fps-bframes.mp4");
     if (job_.videoPath.isEmpty()) {
-        GTEST_SKIP() << "no media folder";
+        FAIL() << "no media folder";
     }
     job_.settings.width = 320;
     job_.settings.height = 180;
