@@ -89,8 +89,11 @@ void ViewController::RefreshControlStates() {
     }
 }
 
+/// With the position at the start.
 void ViewController::ShowTimesOf(const QString& path) {
-    ui_.labelStartTime->setText(VideoTools::TimeLabelAtPosition(path, 0.0));
+    const QString start = VideoTools::TimeLabelAtPosition(path, 0.0);
+    ui_.labelStartTime->setText(start);
+    ui_.labelVideoPositionTime->setText(start);
     ui_.labelEndTime->setText(VideoTools::TimeLabelAtPosition(path, 1.0));
 }
 

@@ -1,3 +1,4 @@
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QGraphicsOpacityEffect>
@@ -12,6 +13,26 @@
 #include "ui_MainWindow.h"
 
 namespace lumirra {
+namespace {
+
+constexpr double kDimmed = 0.5;
+
+/// A dimmed button comes forward while the pointer or the keyboard is on it.
+void FollowAttention(QObject* watched, QEvent::Type change) {
+    auto* button = qobject_cast<QAbstractButton*>(watched);
+    auto* half = button == nullptr
+                     ? nullptr
+                     : qobject_cast<QGraphicsOpacityEffect*>(button->graphicsEffect());
+    if (half != nullptr) {
+        const bool pointedAt =
+            change == QEvent::Enter || (change != QEvent::Leave && button->underMouse());
+        const bool focused =
+            change == QEvent::FocusIn || (change != QEvent::FocusOut && button->hasFocus());
+        half->setOpacity(pointedAt || focused ? 1 : kDimmed);
+    }
+}
+
+}  // namespace
 
 ViewController::ViewController(Theme& theme, Dialogs& dialogs, QString temporaryFolder)
     : MainWindow(theme),
@@ -29,6 +50,7 @@ ViewController::ViewController(Theme& theme, Dialogs& dialogs, QString temporary
     ConnectCommands();
     ConnectMenus();
     setWindowTitle(QStringLiteral("Lumirra"));
+    setFocus();  // no control is singled out before Tab is pressed
 }
 
 ViewController::~ViewController() {
@@ -41,9 +63,13 @@ void ViewController::DimPanelButtons() {
          {ui_.buttonZoomIn, ui_.buttonZoomOut, ui_.buttonResetZoom, ui_.buttonCloseVideo,
           ui_.buttonPlayVideo, ui_.buttonPreviousImage, ui_.buttonNextImage}) {
         auto* half = new QGraphicsOpacityEffect(button);
-        half->setOpacity(0.5);
+        half->setOpacity(kDimmed);
         button->setGraphicsEffect(half);
     }
+    // The slider beside it must not jump when playing starts.
+    QSizePolicy policy = ui_.buttonPlayVideo->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    ui_.buttonPlayVideo->setSizePolicy(policy);
 }
 
 void ViewController::ConnectSourcePanel() {
@@ -153,6 +179,12 @@ bool ViewController::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::KeyPress:
         case QEvent::KeyRelease:
             flagsChanged(static_cast<const QKeyEvent&>(*event));
+            break;
+        case QEvent::Enter:
+        case QEvent::Leave:
+        case QEvent::FocusIn:
+        case QEvent::FocusOut:
+            FollowAttention(watched, event->type());
             break;
         case QEvent::ApplicationDeactivate:
             // The release of a key that is held now will go to another program.

@@ -6,6 +6,13 @@
 #include "views/style/Colours.h"
 
 namespace lumirra {
+namespace {
+
+constexpr int kDegreesPerTurn = 14;
+/// What is done within this many turns needs no sign of work; one that flashes is a nuisance.
+constexpr int kTurnsUnseen = 4;
+
+}  // namespace
 
 Spinner::Spinner(QWidget* parent) : QWidget(parent), timer_(new QTimer(this)) {
     QSizePolicy policy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -13,22 +20,22 @@ Spinner::Spinner(QWidget* parent) : QWidget(parent), timer_(new QTimer(this)) {
     setSizePolicy(policy);
     timer_->setInterval(40);
     connect(timer_, &QTimer::timeout, this, [this] {
-        angle_ = (angle_ + 14) % 360;
+        ++turns_;
         update();
     });
 }
 
 void Spinner::Start() {
-    running_ = true;
-    if (isVisible()) {
-        timer_->start();
+    if (!running_) {
+        running_ = true;
+        turns_ = 0;
+        show();
     }
 }
 
 void Spinner::Stop() {
     running_ = false;
-    timer_->stop();
-    update();
+    hide();
 }
 
 void Spinner::showEvent(QShowEvent*) {
@@ -42,6 +49,9 @@ void Spinner::hideEvent(QHideEvent*) {
 }
 
 void Spinner::paintEvent(QPaintEvent*) {
+    if (turns_ < kTurnsUnseen) {
+        return;
+    }
     const ThemeColours& colours = ColoursOf(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -49,10 +59,8 @@ void Spinner::paintEvent(QPaintEvent*) {
     const QRectF ring((width() - side) / 2, (height() - side) / 2, side, side);
     painter.setPen(QPen(colours.border, 2.5));
     painter.drawEllipse(ring);
-    if (running_) {
-        painter.setPen(QPen(colours.accent, 2.5, Qt::SolidLine, Qt::RoundCap));
-        painter.drawArc(ring, -angle_ * 16, 100 * 16);
-    }
+    painter.setPen(QPen(colours.accent, 2.5, Qt::SolidLine, Qt::RoundCap));
+    painter.drawArc(ring, -(turns_ * kDegreesPerTurn % 360) * 16, 100 * 16);
 }
 
 }  // namespace lumirra

@@ -28,8 +28,8 @@ class Spinner : public QWidget {
 
   private:
     QTimer* timer_;
-    bool running_ = true;
-    int angle_ = 0;
+    bool running_ = false;
+    int turns_ = 0;  ///< since the start
 };
 
 }  // namespace lumirra

@@ -186,7 +186,8 @@ class Session(unittest.TestCase):
         self.desk.key("Return")
         until(lambda: self.app.title() == "Lumirra", "a new project")
         self.assertFalse(self.app.enabled("sliderVideoPosition"))
-        self.assertEqual(self.app.text("labelEndTime"), "00:00:00.0")
+        for label in ("labelStartTime", "labelEndTime", "labelVideoPositionTime"):
+            self.assertEqual(self.app.text(label), "00:00:00.0", label)
         self.assertFalse(self.app.has("checkVignette", self.spi.STATE_CHECKED))
         self.shot("new")
 

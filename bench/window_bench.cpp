@@ -1,0 +1,126 @@
+// bench_window start | position CLIP | effect PICTURE
+// "start" ends once the window has been painted and answers; the others hold a knob with a made-up
+// mouse for some seconds and say how many pictures a second appeared, and how long after the
+// release the exact one stood there. Dragging needs a platform with a display or "offscreen".
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMouseEvent>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <cstdio>
+
+#include "app/QtDialogs.h"
+#include "app/ViewController.h"
+#include "views/SliderCellVideo.h"
+#include "views/Theme.h"
+#include "views/ValueSlider.h"
+#include "views/VideoImageView.h"
+
+namespace {
+
+using namespace lumirra;
+
+constexpr qint64 kDragMs = 5000;
+constexpr int kMoveMs = 8;  // of a mouse that reports 125 times a second
+
+/// Counts the pictures given to the view and those painted, and notes the last paint.
+class Watch : public QObject {
+  public:
+    Watch(VideoImageView& view, const QElapsedTimer& clock) : clock_(clock) {
+        view.installEventFilter(this);
+        connect(&view, &VideoImageView::StateChanged, this, [this] { fresh_ = true; });
+    }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            painted += std::exchange(fresh_, false) ? 1 : 0;
+            lastPaint = clock_.elapsed();
+        }
+        return false;
+    }
+    int painted = 0;
+    qint64 lastPaint = 0;
+
+  private:
+    const QElapsedTimer& clock_;
+    bool fresh_ = false;
+};
+
+void Work(qint64 milliseconds) {
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < milliseconds) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 2);
+    }
+}
+
+void Mouse(QWidget& widget, QEvent::Type type, double x) {
+    const QPointF at(x, widget.height() / 2.0);
+    const auto held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, at, widget.mapToGlobal(at), button, held, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &event);
+}
+
+int Drag(ViewController& window, QWidget& knob, double width) {
+    QElapsedTimer clock;
+    clock.start();
+    auto& view = *window.findChild<VideoImageView*>(QStringLiteral("imageViewVideo"));
+    Watch watch(view, clock);
+    Work(1500);  // the first picture, and a window at rest
+    watch.painted = 0;
+    Mouse(knob, QEvent::MouseButtonPress, width * 0.02);
+    const qint64 start = clock.elapsed();
+    while (clock.elapsed() - start < kDragMs) {
+        const double done = double(clock.elapsed() - start) / double(kDragMs);
+        Mouse(knob, QEvent::MouseMove, width * (0.02 + 0.9 * done));
+        Work(kMoveMs);
+    }
+    const double seconds = double(clock.elapsed() - start) / 1000;
+    const int painted = watch.painted;
+    Mouse(knob, QEvent::MouseButtonRelease, width * 0.92);
+    const qint64 released = clock.elapsed();
+    Work(1000);
+    std::printf("%.1f pictures a second; final after %lld ms\n", painted / seconds,
+                static_cast<long long>(watch.lastPaint - released));
+    return 0;
+}
+
+/// Ends the program once the window has been painted and its first events are done.
+class EndWhenShown : public QObject {
+  public:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        }
+        return false;
+    }
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_MEDIA_BACKEND", "ffmpeg");
+    QApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("lumirra-bench"));
+    const QStringList arguments = QCoreApplication::arguments();
+    const QString what = arguments.value(1);
+    const QTemporaryDir folder;
+    QtDialogs dialogs;
+    Theme theme(application);
+    ViewController window(theme, dialogs, folder.path());
+    window.resize(1280, 820);
+    window.show();
+    window.OpenFiles(arguments.mid(2));
+    if (what == QLatin1String("start")) {
+        EndWhenShown end;
+        window.installEventFilter(&end);
+        return QApplication::exec();
+    }
+    if (what == QLatin1String("position")) {
+        auto& slider = *window.findChild<SliderCellVideo*>(QStringLiteral("sliderVideoPosition"));
+        return Drag(window, slider, slider.width());
+    }
+    auto& slider = *window.findChild<ValueSlider*>(QStringLiteral("sliderBrightness"));
+    slider.resize(300, slider.height());  // its page has not been shown
+    return Drag(window, slider, 200);
+}
