@@ -6,6 +6,7 @@ extern "C" {
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 
 #include "sources/video/FrameConverter.h"
 #include "sources/video/FrameFinder.h"
@@ -43,9 +44,10 @@ bool HasSound(const AVFormatContext& format) {
 }  // namespace
 
 struct VideoReader::State {
-    explicit State(VideoStream stream) : finder(std::move(stream)) {}
+    State(VideoStream stream, long long keepBytes) : finder(std::move(stream), keepBytes) {}
 
     void FillInfo(const AVFrame& frame);
+    void FillInfoWithoutFrame();
     SourceImage Picture(const VideoFrame& found);
     SourceImage White(double seconds) const;
     Failure Problem(double seconds, const QString& what) const;
@@ -58,6 +60,7 @@ struct VideoReader::State {
     // The last picture, which is asked for again and again while a marker stands still.
     std::int64_t lastTime = kNoTime;
     SourceImage last;
+    std::optional<Failure> undecodable;  ///< why nothing is
 };
 
 FrameShape VideoReader::State::Shape(const AVFrame& frame) const {
@@ -97,7 +100,9 @@ SourceImage VideoReader::State::White(double seconds) const {
     SourceImage white;
     white.image = QImage(info.storedWidth, info.storedHeight, QImage::Format_RGBA8888);
     white.image.fill(Qt::white);
-    white.problem = Problem(seconds, QStringLiteral("has no picture that can be decoded"));
+    white.problem = info.decodable
+                        ? Problem(seconds, QStringLiteral("has no picture that can be decoded"))
+                        : undecodable;
     return white;
 }
 
@@ -118,19 +123,43 @@ SourceImage VideoReader::State::Picture(const VideoFrame& found) {
     return last;
 }
 
-Outcome<VideoReader> VideoReader::Open(const QString& path) {
+// The track by its file's own word, for want of a frame.
+void VideoReader::State::FillInfoWithoutFrame() {
+    const AVCodecParameters& parameters = *finder.Stream().Track().codecpar;
+    const FfmpegPtr<AVFrame> frame(av_frame_alloc());
+    if (!frame) {
+        throw std::bad_alloc();
+    }
+    frame->width = parameters.width;
+    frame->height = parameters.height;
+    frame->format = parameters.format;
+    frame->sample_aspect_ratio = parameters.sample_aspect_ratio;
+    frame->colorspace = parameters.color_space;
+    frame->color_range = parameters.color_range;
+    frame->color_trc = parameters.color_trc;
+    frame->color_primaries = parameters.color_primaries;
+    FillInfo(*frame);
+    info.decodable = false;
+    undecodable = finder.Stream().DecoderProblem();
+    if (!undecodable) {
+        undecodable = FileFailure(Failure::Kind::Unreadable, finder.Stream().Path(),
+                                  QStringLiteral("has no picture in it that can be decoded."));
+    }
+}
+
+Outcome<VideoReader> VideoReader::Open(const QString& path, const VideoReaderOptions& options) {
     auto stream = VideoStream::Open(path);
     if (!stream) {
         return stream.failure();
     }
-    auto state = std::make_unique<State>(*std::move(stream));
+    auto state = std::make_unique<State>(*std::move(stream), options.keepBytes);
     const FrameFinder::Found first = state->finder.At(0);
     if (first.frame) {
         state->FillInfo(*first.frame->frame);
-        return VideoReader(std::move(state));
+    } else {
+        state->FillInfoWithoutFrame();
     }
-    return FileFailure(Failure::Kind::Unreadable, path,
-                       QStringLiteral("has no picture in it that can be decoded."));
+    return VideoReader(std::move(state));
 }
 
 SourceImage VideoReader::At(double position) {

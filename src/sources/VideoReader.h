@@ -24,14 +24,24 @@ struct VideoInfo {
     bool fullRange = false;
     bool colorTagged = false;  ///< false: matrix assumed from the size
     bool hasSound = false;
+    bool decodable = true;  ///< false: not one picture can be decoded, every position is white
 };
+
+struct VideoReaderOptions {
+    /// Decoded pictures kept for going back to. Without them a step back costs decoding again from
+    /// the key frame before; a run of ascending positions needs none.
+    long long keepBytes = 0;
+};
+
+/// For positions that follow somebody's hand: a few seconds of film.
+inline constexpr VideoReaderOptions kScrubbing = {160LL << 20};
 
 /// An open video that serves pictures by position. Ascending positions are served by decoding on;
 /// any other order works by seeking. Not thread-safe; may move between threads.
 class VideoReader {
   public:
-    /// Fails for anything without a decodable video stream; the message says why.
-    static Outcome<VideoReader> Open(const QString& path);
+    /// Fails for anything without a video track of a known, reasonable size; the message says why.
+    static Outcome<VideoReader> Open(const QString& path, const VideoReaderOptions& options = {});
 
     VideoReader(VideoReader&&) noexcept;
     VideoReader& operator=(VideoReader&&) noexcept;
@@ -39,8 +49,10 @@ class VideoReader {
 
     const VideoInfo& Info() const;
 
-    /// The last frame whose time stamp, from the stream's start, is not after duration * position;
-    /// the last frame beyond the end; white with a problem when it cannot be decoded.
+    /// The last frame whose time stamp, from the film's start, is not after duration * position;
+    /// the first before that, the last beyond the end. A picture that the decoder gives in spite of
+    /// damage comes with a problem; one that it does not give is white, of the stored size, with a
+    /// problem.
     SourceImage At(double position);
 
   private:

@@ -7,6 +7,7 @@
 #include "sources/StillReader.h"
 #include "sources/VideoReader.h"
 #include "sources/video/MediaFile.h"
+#include "sources/video/MediaTime.h"
 
 namespace lumirra::VideoTools {
 
@@ -40,8 +41,15 @@ double Duration(const QString& path) {
     if (path.isEmpty() || IsStillImage(path)) {
         return 0;
     }
-    const auto reader = VideoReader::Open(path);
-    return reader ? reader->Info().durationSeconds : 0;
+    auto opened = VideoStream::Open(path);
+    if (!opened) {
+        return 0;
+    }
+    VideoStream stream = *std::move(opened);
+    if (stream.Format()->duration <= 0) {
+        stream.Next();  // the time of the first frame matters only where frames have to be counted
+    }
+    return MediaDuration(stream);
 }
 
 QString TimeLabelAtPosition(const QString& path, double position) {

@@ -1,69 +1,13 @@
-#include <gtest/gtest.h>
-
-#include <QDir>
 #include <QFileInfo>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <random>
+#include <utility>
 #include <vector>
 
-#include "sources/VideoReader.h"
+#include "VideoClips.h"
 
 namespace lumirra {
 namespace {
-
-QString Media(const QString& name) {
-    return QStringLiteral(LUMIRRA_MEDIA_DIR "/") + name;
-}
-
-QByteArray Command(const QString& program, const QString& arguments, const QString& last) {
-    QProcess process;
-    process.start(program, arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts) << last);
-    EXPECT_TRUE(process.waitForFinished(120'000)) << program.toStdString();
-    EXPECT_EQ(process.exitCode(), 0) << arguments.toStdString();
-    return process.readAllStandardOutput();
-}
-
-/// Time stamps of all shown frames, the first at 0, by another program's full decode.
-std::vector<double> FrameTimes(const QString& path) {
-    const QByteArray out = Command(QStringLiteral("ffprobe"),
-                                   QStringLiteral("-v error -select_streams v:0 -show_entries "
-                                                  "frame=best_effort_timestamp_time -of csv=p=0"),
-                                   path);
-    std::vector<double> times;
-    for (const QByteArray& line : out.split('\n')) {
-        bool number = false;
-        const double time = line.split(',').first().trimmed().toDouble(&number);
-        if (number) {
-            times.push_back(time);
-        }
-    }
-    const double start = times.empty() ? 0 : times.front();
-    for (double& time : times) {
-        time -= start;
-    }
-    return times;
-}
-
-/// The number that is drawn into the stored frame: eight blocks along the lower edge, 40 rows of
-/// 180. `rotation` is how the picture was turned to be shown.
-int NumberIn(const QImage& shown, int rotation = 0) {
-    const QImage image = shown.transformed(QTransform().rotate(-rotation));
-    const int y = image.height() - image.height() / 9;
-    int number = 0;
-    for (int block = 0; block < 8; ++block) {
-        const QColor color = image.pixelColor((2 * block + 1) * image.width() / 16, y);
-        number = 2 * number + (color.green() > 127 ? 1 : 0);
-    }
-    return number;
-}
-
-VideoReader Opened(const QString& path) {
-    auto reader = VideoReader::Open(path);
-    EXPECT_TRUE(reader) << path.toStdString();
-    return *std::move(reader);
-}
 
 using CounterClip = testing::TestWithParam<const char*>;
 
@@ -111,76 +55,6 @@ INSTANTIATE_TEST_SUITE_P(Clips, CounterClip,
                                          "counter-with-sound.m4v", "counter-odd-size.mp4",
                                          "counter-qcif.3gp"));
 
-constexpr int kWidth = 128;
-constexpr int kHeight = 72;
-
-/// Clips made on the spot.
-class MadeClip : public testing::Test {
-  protected:
-    QString Path(const QString& name) const { return folder_.filePath(name); }
-
-    /// `count` numbered frames at 25 a second, encoded by `arguments` (after the input).
-    QString Make(const QString& name, const QString& arguments, int count = 60,
-                 const QString& before = {}) {
-        QProcess process;
-        const QString input = QStringLiteral(
-                                  "-v error -y %1 -f rawvideo -pix_fmt gray -r 25 -s "
-                                  "%2x%3 -i - %4")
-                                  .arg(before)
-                                  .arg(kWidth)
-                                  .arg(kHeight)
-                                  .arg(arguments);
-        process.start(QStringLiteral("ffmpeg"), input.split(QLatin1Char(' '), Qt::SkipEmptyParts)
-                                                    << Path(name));
-        for (int i = 0; i < count; ++i) {
-            QByteArray frame(kWidth * kHeight, char(60));
-            for (int y = kHeight - 16; y < kHeight; ++y) {
-                for (int x = 0; x < kWidth; ++x) {
-                    frame[y * kWidth + x] =
-                        ((i >> (7 - x * 8 / kWidth)) & 1) != 0 ? char(255) : char(0);
-                }
-            }
-            process.write(frame);
-        }
-        process.closeWriteChannel();
-        EXPECT_TRUE(process.waitForFinished(120'000));
-        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
-        return Path(name);
-    }
-
-    QString Remux(const QString& from, const QString& name, const QString& arguments,
-                  const QString& before = {}) {
-        Command(QStringLiteral("ffmpeg"),
-                QStringLiteral("-v error -y %1 -i %2 %3").arg(before, from, arguments), Path(name));
-        return Path(name);
-    }
-
-    /// Asks for every frame at its own time and half way, up and down; `first` is the first
-    /// frame's number.
-    void ExpectExact(const QString& path, int first, int count) {
-        ExpectExact(path, first, count, FrameTimes(path));
-    }
-    void ExpectExact(const QString& path, int first, int count, const std::vector<double>& times) {
-        ASSERT_EQ(static_cast<int>(times.size()), count) << path.toStdString();
-        VideoReader reader = Opened(path);
-        const double duration = reader.Info().durationSeconds;
-        for (int pass = 0; pass < 2; ++pass) {
-            for (int step = 0; step < count; ++step) {
-                const int i = pass == 0 ? step : count - 1 - step;
-                const double time = times[static_cast<std::size_t>(i)];
-                for (const double at : {time, time + 0.02}) {
-                    const SourceImage got = reader.At(at / duration);
-                    EXPECT_FALSE(got.problem) << path.toStdString() << at;
-                    ASSERT_EQ(NumberIn(got.image), first + i) << path.toStdString() << " " << at;
-                }
-            }
-        }
-        EXPECT_EQ(NumberIn(reader.At(1).image), first + count - 1) << path.toStdString();
-    }
-
-    QTemporaryDir folder_;
-};
-
 TEST_F(MadeClip, FramesAreExactInEveryCodecAndContainer) {
     const QString gop = QStringLiteral("-pix_fmt yuv420p -g 20 ");
     ExpectExact(Make(QStringLiteral("h264.mkv"), gop + QStringLiteral("-c:v libx264 -bf 3")), 0,
@@ -197,7 +71,11 @@ TEST_F(MadeClip, FramesAreExactInEveryCodecAndContainer) {
     // Not every frame of these has a stamp in the file, so the times are those of the making.
     std::vector<double> times(60);
     std::generate(times.begin(), times.end(), [i = 0]() mutable { return i++ / 25.0; });
-    for (const char* made : {"mpeg4.avi -c:v mpeg4 -bf 2 -q:v 2", "raw.h264 -c:v libx264"}) {
+    for (const char* made : {"mpeg4.avi -c:v mpeg4 -bf 2 -q:v 2", "raw.h264 -c:v libx264",
+                             "mpeg2.mpg -c:v mpeg2video -bf 2 -q:v 2",
+                             "prores.mov -c:v prores_ks -profile:v 0 -pix_fmt yuv422p10le",
+                             "av1.mkv -c:v libsvtav1 -preset 12 -crf 20",
+                             "fields.ts -c:v mpeg2video -flags +ildct+ilme -top 1 -bf 2 -q:v 2"}) {
         const QString text = QLatin1String(made);
         const qsizetype space = text.indexOf(QLatin1Char(' '));
         ExpectExact(Make(text.left(space), gop + text.mid(space)), 0, 60, times);
@@ -227,6 +105,21 @@ TEST_F(MadeClip, TimesCountFromTheStartOfTheStream) {
     const SourceImage end = Opened(sound).At(0.99);
     EXPECT_FALSE(end.problem);
     EXPECT_EQ(NumberIn(end.image), 59);
+    // The film starts with the sound: until the first frame's time that frame is shown.
+    const QString late = QStringLiteral("-f lavfi -i sine=d=3 -map 0:v -map 1:a -c:v copy");
+    for (const char* name : {"late.mp4", "late.mkv", "late.ts"}) {
+        const QString path =
+            Remux(plain, QLatin1String(name), late, QStringLiteral("-itsoffset 0.6"));
+        VideoReader reader = Opened(path);
+        const double duration = reader.Info().durationSeconds;
+        EXPECT_NEAR(duration, 3.0, 0.08) << name;
+        for (const auto& [at, number] : std::vector<std::pair<double, int>>{
+                 {0, 0}, {0.3, 0}, {1.42, 20}, {2.98, 59}, {0.82, 5}, {0.62, 0}, {0.1, 0}}) {
+            const SourceImage got = reader.At(at / duration);
+            EXPECT_FALSE(got.problem) << name << " " << at;
+            EXPECT_EQ(NumberIn(got.image), number) << name << " " << at;
+        }
+    }
     ExpectExact(Make(QStringLiteral("one.mp4"), QStringLiteral("-c:v libx264 -pix_fmt yuv420p"), 1),
                 0, 1);
 }
@@ -240,68 +133,6 @@ TEST_F(MadeClip, AlphaIsKept) {
     EXPECT_NEAR(color.alpha(), 127, 1);
     EXPECT_GE(color.red(), 253);
     EXPECT_LE(color.green(), 1);
-}
-
-TEST_F(MadeClip, DamageGivesWhiteWhereAFrameIsLost) {
-    const QString whole =
-        Make(QStringLiteral("whole.mkv"), QStringLiteral("-c:v mjpeg -q:v 3 -pix_fmt yuvj420p"));
-    QFile file(whole);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray bytes = file.readAll();
-    QFile cut(Path(QStringLiteral("cut.mkv")));
-    ASSERT_TRUE(cut.open(QIODevice::WriteOnly));
-    cut.write(bytes.left(bytes.size() / 2));
-    cut.close();
-    VideoReader reader = Opened(cut.fileName());
-    EXPECT_EQ(NumberIn(reader.At(0.2).image), 12);
-    EXPECT_FALSE(reader.At(0.2).problem);
-    const SourceImage lost = reader.At(0.9);
-    EXPECT_TRUE(lost.problem);
-    EXPECT_EQ(lost.image.size(), QSize(kWidth, kHeight));
-    EXPECT_EQ(lost.image.pixelColor(5, 5), QColor(Qt::white));
-    EXPECT_EQ(NumberIn(reader.At(0.2).image), 12) << "after the loss";
-}
-
-TEST_F(MadeClip, WhatIsNoVideoIsToldApart) {
-    const auto write = [&](const QString& name, const QByteArray& bytes) {
-        QFile file(Path(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return Path(name);
-    };
-    const QString good = Make(QStringLiteral("good.mp4"), QStringLiteral("-c:v mpeg4"), 3);
-    Command(QStringLiteral("ffmpeg"), QStringLiteral("-v error -y -f lavfi -i sine=d=1"),
-            Path(QStringLiteral("sound.m4a")));
-    Command(QStringLiteral("mkfifo"), {}, Path(QStringLiteral("pipe.mp4")));
-    Command(QStringLiteral("ffmpeg"),
-            QStringLiteral("-v error -y -f lavfi -i testsrc=d=0.04:s=64x48"),
-            Path(QStringLiteral("photo.jpg")));
-    ASSERT_TRUE(
-        QFile::rename(Path(QStringLiteral("photo.jpg")), Path(QStringLiteral("photo.mp4"))));
-    const std::vector<std::pair<QString, const char*>> cases = {
-        {Path(QStringLiteral("none.mp4")), "does not exist"},
-        {Path(QString()), "folder"},
-        {Path(QStringLiteral("pipe.mp4")), "ordinary file"},
-        {QStringLiteral("/dev/zero"), "ordinary file"},
-        {Path(QStringLiteral("sound.m4a")), "only sound"},
-        {Path(QStringLiteral("photo.mp4")), "picture"},
-        {write(QStringLiteral("empty.mov"), {}), "empty"},
-        {write(QStringLiteral("text.mp4"), "just some text\n"), "not a video"},
-        {write(QStringLiteral("list.mp4"), "ffconcat version 1.0\nfile '" + good.toUtf8() + "'\n"),
-         "not a video"},
-        {write(QStringLiteral("play.mp4"), "#EXTM3U\n#EXT-X-TARGETDURATION:2\n#EXTINF:2,\n" +
-                                               good.toUtf8() + "\n#EXT-X-ENDLIST\n"),
-         "not a video"},
-    };
-    for (const auto& [path, words] : cases) {
-        const auto reader = VideoReader::Open(path);
-        ASSERT_FALSE(reader) << path.toStdString();
-        EXPECT_NE(reader.failure().message.indexOf(QLatin1String(words)), -1)
-            << reader.failure().message.toStdString();
-        EXPECT_EQ(VideoTools::TimeLabelAtPosition(path, 1), QStringLiteral("00:00:00.0"));
-    }
-    EXPECT_EQ(VideoTools::ReadImageAtPosition(Path(QStringLiteral("photo.mp4")), 0.5).image.size(),
-              QSize(64, 48));
 }
 
 TEST(TimeLabel, TruncatesToTenths) {

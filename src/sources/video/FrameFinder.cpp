@@ -6,15 +6,15 @@ namespace lumirra {
 
 namespace {
 
-// Frames kept for stepping back, once somebody has.
-constexpr std::size_t kMaxKept = 32;
-constexpr long long kMaxKeptBytes = 64LL << 20;
-constexpr double kStepBackSeconds = 2;
+// The frame shown, the one after it, and one more that is being let go.
+constexpr std::size_t kLeastKept = 3;
 
-std::size_t FramesWorthKeeping(const AVFrame& frame) {
-    const long long bytes = 3LL * frame.width * frame.height;  // deep formats: twice as much, rare
-    return static_cast<std::size_t>(
-        std::clamp(kMaxKeptBytes / std::max(bytes, 1LL), 1LL, static_cast<long long>(kMaxKept)));
+long long BytesOf(const AVFrame& frame) {
+    long long bytes = 0;
+    for (const AVBufferRef* buffer : frame.buf) {
+        bytes += buffer ? static_cast<long long>(buffer->size) : 0;
+    }
+    return bytes;
 }
 
 }  // namespace
@@ -44,17 +44,13 @@ bool FrameFinder::Covers(std::int64_t time) const {
         return ended_;  // nothing in the whole file
     }
     if (time < frames_.front().time) {
-        return stream_.AtBeginning() && !frames_.front().lostFrom && frames_.front().time <= 0;
+        return frames_.front().first;
     }
     return ended_ || time < frames_.back().time || !stream_.KeyFrameAhead(time);
 }
 
 // Makes the first frame held one that is not after `time`, if there is such a frame at all.
 void FrameFinder::Enter(std::int64_t time) {
-    if (!frames_.empty() && time < frames_.front().time &&
-        frames_.front().time - time < stream_.TicksOf(kStepBackSeconds)) {
-        keepBehind_ = FramesWorthKeeping(*frames_.front().frame);
-    }
     std::int64_t back = 0;
     do {
         Forget();
@@ -66,6 +62,7 @@ void FrameFinder::Enter(std::int64_t time) {
 
 void FrameFinder::Forget() {
     frames_.clear();
+    keptBytes_ = 0;
     ended_ = false;
     lostAtEnd_.reset();
 }
@@ -80,8 +77,10 @@ void FrameFinder::Pull() {
     if (!frames_.empty() && next.time <= frames_.back().time) {
         return;  // time stamps that run backwards: nothing is shown at such a time
     }
+    keptBytes_ += BytesOf(*next.frame);
     frames_.push_back(std::move(next));
-    if (frames_.size() > keepBehind_ + 2) {
+    while (frames_.size() > kLeastKept && keptBytes_ > keepBytes_) {
+        keptBytes_ -= BytesOf(*frames_.front().frame);
         frames_.pop_front();
     }
 }

@@ -10,13 +10,16 @@ namespace lumirra {
 /// back or ahead when not.
 class FrameFinder {
   public:
-    explicit FrameFinder(VideoStream stream) : stream_(std::move(stream)) {}
+    /// Frames passed on the way are kept as long as they take no more than `keepBytes`, so that
+    /// going back to them costs nothing.
+    FrameFinder(VideoStream stream, long long keepBytes)
+        : stream_(std::move(stream)), keepBytes_(keepBytes) {}
 
     struct Found {
         const VideoFrame* frame = nullptr;  ///< valid until the next call; null: none at all
         bool lost = false;                  ///< the frame of that very time was lost to damage
     };
-    /// The last frame whose time is not after `time` (ticks from the stream's start); before the
+    /// The last frame whose time is not after `time` (ticks from the film's start); before the
     /// first frame the first.
     Found At(std::int64_t time);
 
@@ -32,7 +35,8 @@ class FrameFinder {
     std::deque<VideoFrame> frames_;  // neighbours in order of display, the last one read at the end
     bool ended_ = false;
     std::optional<std::int64_t> lostAtEnd_;
-    std::size_t keepBehind_ = 1;
+    long long keepBytes_;
+    long long keptBytes_ = 0;
 };
 
 }  // namespace lumirra

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "sources/video/FrameFinder.h"
+
 namespace lumirra {
 
 namespace {
@@ -56,6 +58,20 @@ double CountedDuration(const VideoStream& stream) {
     return static_cast<double>(end) * stream.TickSeconds();
 }
 
+// Where the last frame ends, by decoding from shortly before the end.
+double DecodedEnd(const QString& path, double guess) {
+    auto opened = VideoStream::Open(path);
+    if (!opened) {
+        return 0;
+    }
+    constexpr double kFramesWithoutStamps = 5;  // seconds: far more than is between two stamps
+    FrameFinder finder(*std::move(opened), 0);
+    const VideoStream& stream = finder.Stream();
+    finder.At(stream.TicksOf(guess));
+    const VideoFrame* last = finder.At(stream.TicksOf(guess + kFramesWithoutStamps)).frame;
+    return last ? static_cast<double>(last->time + last->duration) * stream.TickSeconds() : 0;
+}
+
 }  // namespace
 
 double MediaDuration(const VideoStream& stream) {
@@ -72,6 +88,9 @@ double MediaDuration(const VideoStream& stream) {
     const bool countsFromZero = end <= 0 || std::abs(end - whole) < std::abs(end - start - whole);
     if (start > 0 && start < whole && countsFromZero) {
         whole -= start;
+    }
+    if (stream.StampsAreSparse()) {  // the libraries take the last stamp for the end
+        return std::max(whole, DecodedEnd(stream.Path(), whole));
     }
     return std::abs(ofTrack - whole) <= kHeaderRounding ? ofTrack : whole;
 }

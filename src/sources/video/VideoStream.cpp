@@ -18,6 +18,10 @@ bool IsVideoTrack(const AVStream& stream) {
            (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) == 0;
 }
 
+bool IsSoundTrack(const AVStream& stream) {
+    return stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
+}
+
 bool IsDefault(const AVStream& stream) {
     return (stream.disposition & AV_DISPOSITION_DEFAULT) != 0;
 }
@@ -25,6 +29,18 @@ bool IsDefault(const AVStream& stream) {
 AVRational FrameRate(const AVStream& stream) {
     return stream.avg_frame_rate.num > 0 && stream.avg_frame_rate.den > 0 ? stream.avg_frame_rate
                                                                           : stream.r_frame_rate;
+}
+
+std::optional<std::int64_t> SoundStart(const AVFormatContext& format, AVRational timeBase) {
+    std::optional<std::int64_t> earliest;
+    for (unsigned i = 0; i < format.nb_streams; ++i) {
+        const AVStream& stream = *format.streams[i];
+        if (IsSoundTrack(stream) && stream.start_time != AV_NOPTS_VALUE) {
+            const std::int64_t start = av_rescale_q(stream.start_time, stream.time_base, timeBase);
+            earliest = std::min(start, earliest.value_or(start));
+        }
+    }
+    return earliest;
 }
 
 }  // namespace
@@ -39,6 +55,9 @@ Outcome<VideoStream> VideoStream::Open(const QString& path) {
                            QStringLiteral("is a picture, not a video."));
     }
     VideoStream stream(*std::move(file));
+    if (auto failure = stream.TooLarge()) {
+        return *std::move(failure);  // asked before the libraries look into it and forget the size
+    }
     if (!stream.file_.FindStreams()) {
         return FileFailure(Failure::Kind::Unreadable, path,
                            QStringLiteral("is not a video, or it is damaged."));
@@ -46,8 +65,12 @@ Outcome<VideoStream> VideoStream::Open(const QString& path) {
     if (auto failure = stream.ChooseTrack()) {
         return *std::move(failure);
     }
-    if (auto failure = stream.OpenDecoder()) {
+    if (auto failure = stream.TooLarge()) {
         return *std::move(failure);
+    }
+    if (stream.Track().codecpar->width <= 0 || stream.Track().codecpar->height <= 0) {
+        return FileFailure(Failure::Kind::Unreadable, path,
+                           QStringLiteral("is not a video, or it is damaged."));
     }
     return stream;
 }
@@ -56,7 +79,7 @@ std::optional<Failure> VideoStream::ChooseTrack() {
     bool sound = false;
     for (unsigned i = 0; i < Format()->nb_streams; ++i) {
         const AVStream& stream = *Format()->streams[i];
-        sound = sound || stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
+        sound = sound || IsSoundTrack(stream);
         if (IsVideoTrack(stream) && (index_ < 0 || (IsDefault(stream) && !IsDefault(Track())))) {
             index_ = static_cast<int>(i);
         }
@@ -74,7 +97,35 @@ std::optional<Failure> VideoStream::ChooseTrack() {
     if (rate.num > 0 && rate.den > 0) {
         nominalTicks_ = std::max<std::int64_t>(1, av_rescale_q(1, av_inv_q(rate), track.time_base));
     }
-    startTime_ = track.start_time == AV_NOPTS_VALUE ? 0 : track.start_time;
+    soundStart_ = SoundStart(*Format(), track.time_base);
+    StartAt(track.start_time == AV_NOPTS_VALUE ? 0 : track.start_time);
+    return std::nullopt;
+}
+
+// The first picture stands from the start of the film, however late it comes.
+void VideoStream::StartAt(std::int64_t firstFrame) {
+    trackStart_ = firstFrame;
+    filmStart_ = firstFrame;
+    const AVRational toSeconds = {1, AV_TIME_BASE};
+    const std::int64_t whole = Format()->duration;
+    const std::int64_t longest = whole > 0 ? av_rescale_q(whole, toSeconds, Track().time_base) : 0;
+    // A lead longer than the film is an error in the file.
+    if (soundStart_ && *soundStart_ < firstFrame && firstFrame - *soundStart_ < longest) {
+        filmStart_ = *soundStart_;
+    }
+}
+
+std::optional<Failure> VideoStream::TooLarge() const {
+    for (unsigned i = 0; i < Format()->nb_streams; ++i) {
+        const AVCodecParameters& parameters = *Format()->streams[i]->codecpar;
+        if (IsVideoTrack(*Format()->streams[i]) &&
+            static_cast<long long>(parameters.width) * parameters.height > kMaxVideoPixels) {
+            return FileFailure(Failure::Kind::TooLarge, Path(),
+                               QStringLiteral("is too large: %1 x %2 pixels.")
+                                   .arg(parameters.width)
+                                   .arg(parameters.height));
+        }
+    }
     return std::nullopt;
 }
 
@@ -86,20 +137,10 @@ std::optional<Failure> VideoStream::OpenDecoder() {
                            QStringLiteral("holds video of a kind that cannot be decoded (%1).")
                                .arg(QLatin1String(avcodec_get_name(parameters.codec_id))));
     }
-    const long long pixels = static_cast<long long>(parameters.width) * parameters.height;
-    if (parameters.width <= 0 || parameters.height <= 0) {
-        return FileFailure(Failure::Kind::Unreadable, Path(),
-                           QStringLiteral("is not a video, or it is damaged."));
-    }
-    if (pixels > kMaxVideoPixels) {
-        return FileFailure(Failure::Kind::TooLarge, Path(),
-                           QStringLiteral("is too large: %1 x %2 pixels.")
-                               .arg(parameters.width)
-                               .arg(parameters.height));
-    }
     decoder_.reset(avcodec_alloc_context3(codec));
     packet_.reset(av_packet_alloc());
     if (!decoder_ || !packet_ || avcodec_parameters_to_context(decoder_.get(), &parameters) < 0) {
+        decoder_.reset();
         return FileFailure(Failure::Kind::TooLarge, Path(),
                            QStringLiteral("needs too much memory."));
     }
@@ -107,6 +148,7 @@ std::optional<Failure> VideoStream::OpenDecoder() {
     decoder_->max_pixels = kMaxVideoPixels;
     decoder_->thread_count = 0;  // one for each core
     if (avcodec_open2(decoder_.get(), codec, nullptr) < 0) {
+        decoder_.reset();
         return FileFailure(Failure::Kind::Unsupported, Path(),
                            QStringLiteral("holds video that cannot be decoded (%1).")
                                .arg(QLatin1String(codec->name)));
@@ -121,11 +163,17 @@ std::int64_t VideoStream::TicksOf(double seconds) const {
 }
 
 VideoFrame VideoStream::Next() {
+    if (!decoder_ && !decoderProblem_) {
+        decoderProblem_ = OpenDecoder();
+    }
     FfmpegPtr<AVFrame> frame(av_frame_alloc());
-    while (frame) {
+    while (frame && decoder_) {
         const int result = avcodec_receive_frame(decoder_.get(), frame.get());
         if (result == 0) {
             errorsInARow_ = 0;
+            if (StampIsInDoubt(*frame)) {
+                continue;
+            }
             return Take(std::move(frame));
         }
         if (result == AVERROR(EAGAIN) && !draining_) {
@@ -178,17 +226,35 @@ void VideoStream::NoteError() {
     errorSinceKeyFrame_ = true;
 }
 
+bool VideoStream::StampsAreSparse() const {
+    return QLatin1String(Format()->iformat->name) == QLatin1String("mpeg");
+}
+
+// Entered in the middle of a frame, a program stream's first stamp goes to a wrong frame, and the
+// frames up to the next stamp are counted from it. Frames with a stamp of their own have a place.
+bool VideoStream::StampIsInDoubt(const AVFrame& frame) {
+    if (stampsToConfirm_ > 0 && frame.pkt_pos >= 0) {
+        --stampsToConfirm_;
+    }
+    return stampsToConfirm_ > 0;
+}
+
+std::int64_t VideoStream::TimeOf(const AVFrame& frame) const {
+    if (frame.best_effort_timestamp != AV_NOPTS_VALUE) {
+        return frame.best_effort_timestamp;
+    }
+    return lastTime_ ? *lastTime_ + nominalTicks_ : trackStart_;
+}
+
 VideoFrame VideoStream::Take(FfmpegPtr<AVFrame> frame) {
     VideoFrame result;
-    std::int64_t time = frame->best_effort_timestamp;
-    if (time == AV_NOPTS_VALUE) {
-        time = lastTime_ ? *lastTime_ + nominalTicks_ + startTime_ : startTime_;
-    }
+    const std::int64_t time = TimeOf(*frame);
     if (!startSeen_ && fromBeginning_ && !anyError_) {
-        startTime_ = time;  // some containers stamp the stream's start with decoding time
+        StartAt(time);  // some containers stamp the track's start with decoding time
     }
     startSeen_ = true;
-    result.time = time - startTime_;
+    result.time = time - filmStart_;
+    result.first = fromBeginning_ && !lastTime_;
     result.duration = frame->pkt_duration > 0 ? frame->pkt_duration : nominalTicks_;
     const bool ownDamage =
         frame->decode_error_flags != 0 || (frame->flags & AV_FRAME_FLAG_CORRUPT) != 0;
@@ -203,10 +269,10 @@ VideoFrame VideoStream::Take(FfmpegPtr<AVFrame> frame) {
     unseen_.erase(frame->pts == AV_NOPTS_VALUE ? time : frame->pts);
     const auto passed = unseen_.lower_bound(time);
     if (anyError_ && unseen_.begin() != passed) {
-        result.lostFrom = *unseen_.begin() - startTime_;
+        result.lostFrom = *unseen_.begin() - filmStart_;
     }
     unseen_.erase(unseen_.begin(), passed);
-    lastTime_ = result.time;
+    lastTime_ = time;
     lastEnd_ = result.time + result.duration;
     result.frame = std::move(frame);
     return result;
@@ -215,10 +281,10 @@ VideoFrame VideoStream::Take(FfmpegPtr<AVFrame> frame) {
 VideoFrame VideoStream::AtEnd() {
     VideoFrame result;
     if (anyError_ && !unseen_.empty()) {
-        result.lostFrom = *unseen_.begin() - startTime_;
+        result.lostFrom = *unseen_.begin() - filmStart_;
     }
     // A file cut short still promises its full length.
-    const std::int64_t promised = PromisedEnd();
+    const std::int64_t promised = PromisedEnd() + trackStart_ - filmStart_;
     if (promised - lastEnd_ > nominalTicks_ + nominalTicks_ / 2) {
         result.lostFrom = result.lostFrom ? std::min(*result.lostFrom, lastEnd_) : lastEnd_;
     }
@@ -244,28 +310,32 @@ std::int64_t VideoStream::PromisedEnd() const {
 }
 
 void VideoStream::Flush() {
-    avcodec_flush_buffers(decoder_.get());
+    if (decoder_) {
+        avcodec_flush_buffers(decoder_.get());
+    }
     unseen_.clear();
     lastTime_.reset();
     lastEnd_ = 0;
     readTo_ = AV_NOPTS_VALUE;
+    stampsToConfirm_ = 0;
     draining_ = false;
     anyError_ = false;
     errorSinceKeyFrame_ = false;
 }
 
 void VideoStream::Seek(std::int64_t time) {
-    if (time <= 0 || !countable_ ||
-        av_seek_frame(Format(), index_, startTime_ + time, AVSEEK_FLAG_BACKWARD) < 0) {
+    if (filmStart_ + time <= trackStart_ || !countable_ ||
+        av_seek_frame(Format(), index_, filmStart_ + time, AVSEEK_FLAG_BACKWARD) < 0) {
         Rewind();
         return;
     }
     Flush();
     fromBeginning_ = false;
+    stampsToConfirm_ = StampsAreSparse() ? 2 : 0;
 }
 
 void VideoStream::Rewind() {
-    const std::int64_t early = startTime_ - TicksOf(1) - 1;
+    const std::int64_t early = trackStart_ - TicksOf(1) - 1;
     if (!countable_ || av_seek_frame(Format(), index_, early, AVSEEK_FLAG_BACKWARD) < 0) {
         Reopen();
     }
@@ -300,7 +370,7 @@ bool VideoStream::KeyFrameAhead(std::int64_t time) const {
         return false;
     }
     AVStream* track = file_.Format()->streams[index_];
-    const std::int64_t wanted = startTime_ + time;
+    const std::int64_t wanted = filmStart_ + time;
     const int count = avformat_index_get_entries_count(track);
     const AVIndexEntry* last = count > 0 ? avformat_index_get_entry(track, count - 1) : nullptr;
     if (last && last->timestamp >= wanted) {

@@ -1,5 +1,9 @@
 #include "sources/video/YuvRows.h"
 
+#include <algorithm>
+
+#include "imaging/kernels/RowKernels.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "sources/video/YuvRows.cpp"
 #include <hwy/foreach_target.h>  // compiles this file once for each instruction set
@@ -56,7 +60,29 @@ HWY_EXPORT(ConvertRow);
 
 void ConvertYuvRow(const YuvMatrix& matrix, const std::uint8_t* luma, const std::int16_t* u,
                    const std::int16_t* v, std::uint8_t* rgba, std::size_t width) {
-    HWY_DYNAMIC_DISPATCH(ConvertRow)(matrix, luma, u, v, rgba, width);
+    static const bool plain = &Kernels() == &ScalarKernels();
+    if (plain) {
+        ConvertYuvRowPlainly(matrix, luma, u, v, rgba, width);
+    } else {
+        HWY_DYNAMIC_DISPATCH(ConvertRow)(matrix, luma, u, v, rgba, width);
+    }
+}
+
+void ConvertYuvRowPlainly(const YuvMatrix& matrix, const std::uint8_t* luma, const std::int16_t* u,
+                          const std::int16_t* v, std::uint8_t* rgba, std::size_t width) {
+    const float offset = 0.5F - matrix.lumaOffset * matrix.luma;
+    const auto level = [](float value) {
+        return static_cast<std::uint8_t>(std::clamp(value, 0.0F, 255.5F));
+    };
+    for (std::size_t x = 0; x < width; ++x, rgba += 4) {
+        const float y = static_cast<float>(luma[x]) * matrix.luma + offset;
+        const auto cb = static_cast<float>(u[x]);
+        const auto cr = static_cast<float>(v[x]);
+        rgba[0] = level(y + cr * matrix.redOfV);
+        rgba[1] = level(y + cb * matrix.greenOfU + cr * matrix.greenOfV);
+        rgba[2] = level(y + cb * matrix.blueOfU);
+        rgba[3] = 255;
+    }
 }
 
 }  // namespace lumirra

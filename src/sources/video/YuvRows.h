@@ -19,4 +19,8 @@ struct YuvMatrix {
 void ConvertYuvRow(const YuvMatrix& matrix, const std::uint8_t* luma, const std::int16_t* u,
                    const std::int16_t* v, std::uint8_t* rgba, std::size_t width);
 
+/// The same in a plain loop, bit for bit: what LUMIRRA_SIMD=scalar forces.
+void ConvertYuvRowPlainly(const YuvMatrix& matrix, const std::uint8_t* luma, const std::int16_t* u,
+                          const std::int16_t* v, std::uint8_t* rgba, std::size_t width);
+
 }  // namespace lumirra
