@@ -23,7 +23,7 @@ void PreviewSource::Follow(const QString& path) {
 
 SourceImage PreviewSource::ReadVideo(float position) {
     if (!reader_) {
-        Outcome<VideoReader> opened = VideoReader::Open(stamp_.path);
+        Outcome<VideoReader> opened = VideoReader::Open(stamp_.path, kScrubbing);
         if (!opened) {
             return {QImage(), opened.failure()};
         }
