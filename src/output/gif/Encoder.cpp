@@ -72,7 +72,7 @@ bool Contains(const std::vector<Rgba>& sorted, const std::vector<Rgba>& colors) 
 float FlatFactor(const Picture& goal) {
     constexpr float kNoneBelow = 0.5F;
     constexpr float kFullFrom = 0.8F;
-    constexpr float kFull = 0.45F;
+    constexpr float kFull = 0.42F;
     const float share =
         std::clamp((FlatShare(goal) - kNoneBelow) / (kFullFrom - kNoneBelow), 0.0F, 1.0F);
     return 1 - (1 - kFull) * share;
