@@ -4,9 +4,11 @@
 // release the exact one stood there. Dragging needs a platform with a display or "offscreen".
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QMouseEvent>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <cmath>
 #include <cstdio>
 
 #include "app/QtDialogs.h"
@@ -45,12 +47,10 @@ class Watch : public QObject {
     bool fresh_ = false;
 };
 
-void Work(qint64 milliseconds) {
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < milliseconds) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 2);
-    }
+void Work(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 void Mouse(QWidget& widget, QEvent::Type type, double x) {
@@ -61,7 +61,8 @@ void Mouse(QWidget& widget, QEvent::Type type, double x) {
     QApplication::sendEvent(&widget, &event);
 }
 
-int Drag(ViewController& window, QWidget& knob, double width) {
+/// `sweeps` times along `width`: a slider of few steps gives no more pictures than it has steps.
+int Drag(ViewController& window, QWidget& knob, double width, int sweeps) {
     QElapsedTimer clock;
     clock.start();
     auto& view = *window.findChild<VideoImageView*>(QStringLiteral("imageViewVideo"));
@@ -71,7 +72,8 @@ int Drag(ViewController& window, QWidget& knob, double width) {
     Mouse(knob, QEvent::MouseButtonPress, width * 0.02);
     const qint64 start = clock.elapsed();
     while (clock.elapsed() - start < kDragMs) {
-        const double done = double(clock.elapsed() - start) / double(kDragMs);
+        const double done =
+            std::fmod(sweeps * double(clock.elapsed() - start) / double(kDragMs), 1.0);
         Mouse(knob, QEvent::MouseMove, width * (0.02 + 0.9 * done));
         Work(kMoveMs);
     }
@@ -118,9 +120,9 @@ int main(int argc, char** argv) {
     }
     if (what == QLatin1String("position")) {
         auto& slider = *window.findChild<SliderCellVideo*>(QStringLiteral("sliderVideoPosition"));
-        return Drag(window, slider, slider.width());
+        return Drag(window, slider, slider.width(), 1);
     }
     auto& slider = *window.findChild<ValueSlider*>(QStringLiteral("sliderBrightness"));
     slider.resize(300, slider.height());  // its page has not been shown
-    return Drag(window, slider, 200);
+    return Drag(window, slider, 200, 10);
 }
