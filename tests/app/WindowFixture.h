@@ -12,6 +12,7 @@
 
 #include "ScriptedDialogs.h"
 #include "app/ViewController.h"
+#include "support/SampleMedia.h"
 #include "views/RangeControl.h"
 #include "views/Theme.h"
 #include "views/VideoImageView.h"
@@ -21,6 +22,8 @@ namespace lumirra {
 /// A window under the off-screen platform, with scripted dialogs and a folder of its own.
 class WindowTest : public testing::Test {
   protected:
+    void SetUp() override { LUMIRRA_NEED_SAMPLE_MEDIA(); }
+
     static QString Media(const char* name) {
         return QDir::cleanPath(
             QDir(QStringLiteral(LUMIRRA_MEDIA_DIR)).filePath(QString::fromUtf8(name)));

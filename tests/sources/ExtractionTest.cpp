@@ -11,6 +11,7 @@
 #include "sources/Extraction.h"
 #include "sources/FrameFiles.h"
 #include "sources/VideoReader.h"
+#include "support/SampleMedia.h"
 
 namespace lumirra {
 namespace {
@@ -163,10 +164,9 @@ TEST_F(Extraction, StopsAtTheNextFrameAndKeepsTheStored) {
 }
 
 TEST_F(Extraction, VideoThereAndBack) {
+    LUMIRRA_NEED_SAMPLE_MEDIA();
     job_.videoPath = Clip("counter-30fps-bframes.mp4");
-    if (job_.videoPath.isEmpty()) {
-        FAIL() << "no media folder";
-    }
+    ASSERT_FALSE(job_.videoPath.isEmpty());
     job_.settings.width = 320;
     job_.settings.height = 180;
     job_.settings.fixedNumber = true;

@@ -8,6 +8,7 @@
 #include "VideoClips.h"
 #include "sources/video/PlanarYuv.h"
 #include "sources/video/YuvRows.h"
+#include "support/SampleMedia.h"
 
 namespace lumirra {
 namespace {
@@ -29,9 +30,7 @@ double Difference(const QImage& a, const QImage& b) {
 
 // One photograph described in five ways: the sample clips have to be complete where there are any.
 TEST(VideoColor, SampleClipsLookAlike) {
-    if (!QFileInfo::exists(Media(QString()))) {
-        GTEST_SKIP() << "the folder of sample clips is not here";
-    }
+    LUMIRRA_NEED_SAMPLE_MEDIA();
     std::vector<QImage> pictures;
     for (const char* name : {"bt709-limited", "bt601-limited", "bt709-full", "hdr-pq", "hdr-hlg"}) {
         const QString path = Media(QStringLiteral("colour-%1.mp4").arg(QLatin1String(name)));

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "VideoClips.h"
+#include "support/SampleMedia.h"
 
 namespace lumirra {
 namespace {
@@ -13,10 +14,9 @@ using CounterClip = testing::TestWithParam<const char*>;
 
 // Every frame at its own time and in the middle of it, in every order of asking.
 TEST_P(CounterClip, GivesTheFrameOfTheTime) {
+    LUMIRRA_NEED_SAMPLE_MEDIA();
     const QString path = Media(QLatin1String(GetParam()));
-    if (!QFileInfo::exists(path)) {
-        FAIL() << "the folder of sample clips is not here";
-    }
+    ASSERT_TRUE(QFileInfo::exists(path));
     const std::vector<double> times = FrameTimes(path);
     ASSERT_EQ(times.size(), 90U);
     VideoReader reader = Opened(path);
