@@ -15,11 +15,11 @@ function(lumirra_room name)
   target_link_libraries(lumirra_${name} PUBLIC ${ROOM_USES} ${ROOM_LINKS})
 endfunction()
 
-# lumirra_room_tests(NAME [MAIN file] [LINKS library...]): all *.cpp of the calling folder as one test
-# program that links the room's library alone. tests/support holds what tests of several rooms
-# share, also the main functions (MAIN, main.cpp unless given).
+# lumirra_room_tests(NAME [MAIN file] [LINKS library...] [PROPERTIES test property...]): all *.cpp of
+# the calling folder as one test program that links the room's library alone. tests/support holds
+# what tests of several rooms share, also the main functions (MAIN, main.cpp unless given).
 function(lumirra_room_tests name)
-  cmake_parse_arguments(ROOM "" "MAIN" "LINKS" ${ARGN})
+  cmake_parse_arguments(ROOM "" "MAIN" "LINKS;PROPERTIES" ${ARGN})
   if(NOT ROOM_MAIN)
     set(ROOM_MAIN main.cpp)
   endif()
@@ -33,5 +33,5 @@ function(lumirra_room_tests name)
     LUMIRRA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
     LUMIRRA_MEDIA_DIR="${PROJECT_SOURCE_DIR}/../shared/media")
   gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 120
-    PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+    PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen" ${ROOM_PROPERTIES})
 endfunction()

@@ -32,7 +32,7 @@ QString SuffixOf(const ControlRow& row) {
 }
 
 QString TooltipOf(const ControlRow& row) {
-    const QString text = QObject::tr(row.tooltip);
+    QString text = QObject::tr(row.tooltip);
     const QLatin1String unit(row.unit);
     if (unit.isEmpty()) {
         return text;

@@ -158,7 +158,7 @@ void ControlWidgets::Write(const ControlValues& values) {
             case ControlKind::Text:
                 // A field that holds the text already keeps its cursor, and what is typed in it but
                 // not committed stays so.
-                if (const QString text = values.Text(row.control); TextOf(widget) != text) {
+                if (const QString& text = values.Text(row.control); TextOf(widget) != text) {
                     SetTextOf(widget, text);
                     committed_[static_cast<std::size_t>(row.control)] = text;
                 }

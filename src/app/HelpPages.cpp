@@ -9,7 +9,7 @@ namespace {
 
 /// A configured address, else a page beside the program or in the source tree it was built from.
 QUrl HelpAddress(const char* configured, const QString& page) {
-    const QUrl address(QString::fromUtf8(configured));
+    QUrl address(QString::fromUtf8(configured));
     if (!address.isEmpty()) {
         return address;
     }

@@ -4,6 +4,7 @@
 
 #include <QFileInfo>
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace lumirra {
@@ -26,7 +27,7 @@ void Write(std::FILE* stream, const QString& text) {
 }
 
 QString MinutesAndSeconds(double seconds) {
-    const int whole = static_cast<int>(std::min(seconds, 359999.0) + 0.5);
+    const int whole = static_cast<int>(std::lround(std::min(seconds, 359999.0)));
     return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QLatin1Char('0'));
 }
 
@@ -81,10 +82,9 @@ void Console::Progress(const QString& phase, int done, int total) {
 }
 
 void Console::ShowBar(const QString& phase, int done, int total) {
-    using namespace std::chrono_literals;
     constexpr int kCells = 30;
     const auto now = std::chrono::steady_clock::now();
-    if (done < total && now - lastShown_ < 100ms) {
+    if (done < total && now - lastShown_ < std::chrono::milliseconds(100)) {
         return;
     }
     lastShown_ = now;

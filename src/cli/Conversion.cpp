@@ -50,7 +50,7 @@ struct Frames {
 };
 
 Outcome<Frames> Extract(const Options& options, const ControlValues& values, const QString& folder,
-                        std::stop_token stop, Console& console) {
+                        const std::stop_token& stop, Console& console) {
     const ExtractionJob job{.videoPath = options.isVideo ? options.sources.front() : QString(),
                             .imagePaths = options.isVideo ? QStringList() : options.sources,
                             .startPosition = options.startPosition,
@@ -84,7 +84,8 @@ Outcome<Frames> Extract(const Options& options, const ControlValues& values, con
 }
 
 Outcome<GifResult> MakeGif(const Options& options, const ControlValues& values,
-                           const QStringList& frames, std::stop_token stop, Console& console) {
+                           const QStringList& frames, const std::stop_token& stop,
+                           Console& console) {
     const OutputSettings output = OutputSettingsOf(values);
     const GifRequest request{.framePaths = frames,
                              .destination = options.output,
@@ -118,7 +119,7 @@ QString Summary(const QString& path, const GifResult& gif, double delaySeconds) 
 
 /// Everything from the frames to the GIF. Done, or why not; nothing new stays in the latter case.
 std::optional<Failure> Make(const Options& options, const ControlValues& values,
-                            std::stop_token stop, Console& console) {
+                            const std::stop_token& stop, Console& console) {
     KeptFrames kept;
     if (!options.keepFrames.isEmpty()) {
         if (auto failure = kept.Open(options.keepFrames)) {
@@ -163,7 +164,7 @@ ExitCode Report(const Failure& failure, ExitCode code, Console& console) {
 
 }  // namespace
 
-ExitCode Convert(const Options& options, std::stop_token stop, Console& console) {
+ExitCode Convert(const Options& options, const std::stop_token& stop, Console& console) {
     const auto start = StartValues(options);
     if (!start) {
         return Report(start.failure(), ExitCode::Failed, console);

@@ -18,7 +18,7 @@ void DropRemarks(QtMsgType type, const QMessageLogContext&, const QString& text)
     }
 }
 
-ExitCode Perform(const Options& options, std::stop_token stop, Console& console) {
+ExitCode Perform(const Options& options, const std::stop_token& stop, Console& console) {
     switch (options.action) {
         case Options::Action::Help:
             console.Print(HelpText());
@@ -44,7 +44,7 @@ ExitCode Perform(const Options& options, std::stop_token stop, Console& console)
     return Convert(options, std::move(stop), console);
 }
 
-ExitCode RunWith(const QStringList& arguments, std::stop_token stop) {
+ExitCode RunWith(const QStringList& arguments, const std::stop_token& stop) {
     const auto options = ParseOptions(arguments);
     if (!options) {
         Console console;

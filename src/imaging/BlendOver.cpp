@@ -6,7 +6,7 @@
 namespace lumirra::ImageTools {
 
 QImage BlendOver(const QImage& base, const QImage& overlay, float mix) {
-    const QImage below = AsRgba8888(base);
+    QImage below = AsRgba8888(base);
     QImage above = AsRgba8888(overlay);
     if (below.isNull() || above.isNull()) {
         return below;

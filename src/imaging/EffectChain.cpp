@@ -26,7 +26,7 @@ EdgeEffects EffectsOf(const EffectSettings& settings, const QImage& image) {
 }  // namespace
 
 QImage ApplyEffectChain(const QImage& image, const EffectSettings& settings, int threads) {
-    const QImage source = AsRgba8888(image);
+    QImage source = AsRgba8888(image);
     if (source.isNull()) {
         return source;
     }

@@ -40,7 +40,7 @@ QImage ApplyVignette(const QImage& image, float radius) {
 }
 
 QImage Posterize(const QImage& image, int levels) {
-    const QImage source = AsRgba8888(image);
+    QImage source = AsRgba8888(image);
     if (source.isNull()) {
         return source;
     }

@@ -93,7 +93,7 @@ gif::EncoderOptions OptionsFor(const GifRequest& request, const CanvasFit& fit) 
 
 }  // namespace
 
-Outcome<GifResult> WriteGif(const GifRequest& request, std::stop_token stop,
+Outcome<GifResult> WriteGif(const GifRequest& request, const std::stop_token& stop,
                             const std::function<void(int, int)>& onProgress) {
     const Outcome<CanvasFit> fit = FitFor(request.framePaths, request.fitMode);
     if (!fit) {

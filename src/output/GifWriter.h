@@ -33,7 +33,7 @@ struct GifResult {
 /// Writes one animated GIF: one full-canvas image for each readable entry. The file at
 /// `destination` is replaced only when the new one is complete; on failure or stop it is untouched.
 /// `onProgress`(done, total) is called on the calling thread.
-Outcome<GifResult> WriteGif(const GifRequest& request, std::stop_token stop,
+Outcome<GifResult> WriteGif(const GifRequest& request, const std::stop_token& stop,
                             const std::function<void(int, int)>& onProgress);
 
 namespace VideoTools {

@@ -47,8 +47,8 @@ struct Span {
     double initial, minimum, maximum, step;
 };
 
-constexpr ControlRow Slider(C control, const char* name, int line, Span span, ResetGroup group,
-                            ChangeRule change, Words words) {
+constexpr ControlRow Slider(C control, const char* name, int line, const Span& span,
+                            ResetGroup group, ChangeRule change, const Words& words) {
     return {.control = control,
             .name = QLatin1String(name),
             .kind = ControlKind::Slider,
@@ -65,8 +65,9 @@ constexpr ControlRow Slider(C control, const char* name, int line, Span span, Re
             .tooltip = words.tooltip};
 }
 
-constexpr ControlRow Stepper(C control, const char* name, int line, Span span, C field,
-                             StepperText text, ResetGroup group, ChangeRule change, Words words) {
+constexpr ControlRow Stepper(C control, const char* name, int line, const Span& span, C field,
+                             StepperText text, ResetGroup group, ChangeRule change,
+                             const Words& words) {
     ControlRow row = Slider(control, name, line, span, group, change, words);
     row.kind = ControlKind::Stepper;
     row.partner = field;
@@ -75,7 +76,7 @@ constexpr ControlRow Stepper(C control, const char* name, int line, Span span, C
 }
 
 constexpr ControlRow State(C control, const char* name, int line, bool on, ChangeRule change,
-                           Words words) {
+                           const Words& words) {
     return {.control = control,
             .name = QLatin1String(name),
             .kind = ControlKind::Check,
@@ -87,14 +88,14 @@ constexpr ControlRow State(C control, const char* name, int line, bool on, Chang
 }
 
 constexpr ControlRow Check(C control, const char* name, int line, ResetGroup group,
-                           ChangeRule change, Words words) {
+                           ChangeRule change, const Words& words) {
     ControlRow row = State(control, name, line, false, change, words);
     row.resetGroup = group;
     return row;
 }
 
 constexpr ControlRow Radio(C control, const char* name, int line, bool on, C pair, ResetGroup group,
-                           ChangeRule change, Words words) {
+                           ChangeRule change, const Words& words) {
     ControlRow row = State(control, name, line, on, change, words);
     row.kind = ControlKind::Radio;
     row.partner = pair;
@@ -103,7 +104,7 @@ constexpr ControlRow Radio(C control, const char* name, int line, bool on, C pai
 }
 
 constexpr ControlRow PopUp(C control, const char* name, int line, int initial, int lastIndex,
-                           ResetGroup group, ChangeRule change, Words words) {
+                           ResetGroup group, ChangeRule change, const Words& words) {
     return {.control = control,
             .name = QLatin1String(name),
             .kind = ControlKind::PopUp,
@@ -125,7 +126,7 @@ struct Limits {
 
 constexpr ControlRow Field(C control, const char* name, int line, const char* initial,
                            Limits limits, std::optional<C> stepper, ResetGroup group,
-                           ChangeRule change, Words words) {
+                           ChangeRule change, const Words& words) {
     return {.control = control,
             .name = QLatin1String(name),
             .kind = ControlKind::Text,
@@ -145,7 +146,7 @@ constexpr ControlRow Field(C control, const char* name, int line, const char* in
 }
 
 constexpr ControlRow ColorWell(C control, const char* name, int line, ResetGroup group,
-                               ChangeRule change, Words words) {
+                               ChangeRule change, const Words& words) {
     return {.control = control,
             .name = QLatin1String(name),
             .kind = ControlKind::Color,

@@ -39,7 +39,7 @@ Failure OutOfMemory() {
 
 class Run {
   public:
-    Run(const ExtractionJob& job, std::stop_token stop,
+    Run(const ExtractionJob& job, const std::stop_token& stop,
         const std::function<void(const QString&)>& onFrame,
         const std::function<void(const ExtractionProgress&)>& onProgress)
         : job_(job), stop_(std::move(stop)), onFrame_(onFrame), onProgress_(onProgress) {}
@@ -247,7 +247,7 @@ void Run::RunBack(const ExtractionPlan& plan) {
 
 }  // namespace
 
-ExtractionResult RunExtraction(const ExtractionJob& job, std::stop_token stop,
+ExtractionResult RunExtraction(const ExtractionJob& job, const std::stop_token& stop,
                                const std::function<void(const QString&)>& onFrame,
                                const std::function<void(const ExtractionProgress&)>& onProgress) {
     return Run(job, std::move(stop), onFrame, onProgress).Go();

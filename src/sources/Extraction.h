@@ -64,7 +64,7 @@ struct ExtractionResult {
 /// calling thread and in order. A picture that cannot be read or written is left out; one that has
 /// no area, or a directory that takes no files, ends the run. Nothing is thrown but what the two
 /// callbacks throw. Memory does not grow with the number of frames.
-ExtractionResult RunExtraction(const ExtractionJob& job, std::stop_token stop,
+ExtractionResult RunExtraction(const ExtractionJob& job, const std::stop_token& stop,
                                const std::function<void(const QString&)>& onFrame,
                                const std::function<void(const ExtractionProgress&)>& onProgress);
 

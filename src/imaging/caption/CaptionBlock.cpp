@@ -18,6 +18,7 @@ using ImageTools::CaptionStyle;
 constexpr int kShadowOffset = 3;  // to the right and down
 constexpr int kShadowRadius = 3;
 constexpr int kShadowReach = 5;  // beyond it the blur adds less than half a level
+constexpr int kShadowTaps = 2 * kShadowReach + 1;
 constexpr double kShadowDeviation = kShadowRadius / 2.0;
 constexpr double kStrokeShare = 0.02;  // of the font size
 constexpr float kLargestFont = 2000;
@@ -44,8 +45,8 @@ std::optional<QPoint> BlockOrigin(int width, int height, const QSize& block,
     return QPoint(static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y)));
 }
 
-std::array<float, 2 * kShadowReach + 1> ShadowWeights() {
-    std::array<float, 2 * kShadowReach + 1> weights{};
+std::array<float, kShadowTaps> ShadowWeights() {
+    std::array<float, kShadowTaps> weights{};
     float total = 0;
     for (int i = -kShadowReach; i <= kShadowReach; ++i) {
         const double z = i / kShadowDeviation;

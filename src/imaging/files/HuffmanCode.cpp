@@ -79,6 +79,7 @@ HuffmanCode MakeHuffmanCode(const std::array<std::uint32_t, kLiteralSymbols>& co
     std::stable_sort(symbols.begin(), symbols.end(),
                      [&](std::size_t a, std::size_t b) { return counts[a] < counts[b]; });
     std::vector<std::uint64_t> weights;
+    weights.reserve(symbols.size());
     for (const std::size_t symbol : symbols) {
         weights.push_back(counts[symbol]);
     }

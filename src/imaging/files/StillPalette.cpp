@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <unordered_map>
@@ -137,7 +138,7 @@ std::vector<Rgb> MedianCut(std::vector<Bin> bins) {
     for (const Box& box : boxes) {
         Rgb color{};
         std::transform(box.mean.begin(), box.mean.end(), color.begin(),
-                       [](double mean) { return static_cast<std::uint8_t>(mean + 0.5); });
+                       [](double mean) { return static_cast<std::uint8_t>(std::lround(mean)); });
         palette.push_back(color);
     }
     return palette;

@@ -217,15 +217,18 @@ void MakeBand(const Pass& pass, int first, int end) {
     if (effects.cartoon) {
         toon.emplace(smooth, *effects.cartoon, width, height, toonFirst);
     }
-    RowSource& source = toon ? static_cast<RowSource&>(*toon) : smooth;
+    RowSource* source = &smooth;
+    if (toon) {
+        source = &*toon;
+    }
     const PlaneRing paper(1, width, 0);
     for (int y = first; y < end; ++y) {
         Planes row = paper.Row(0);
         if (effects.sketch) {
-            kernels.sketch(LuminanceAround(source, y, height), effects.sketch->intensity,
+            kernels.sketch(LuminanceAround(*source, y, height), effects.sketch->intensity,
                            effects.sketch->edge, row, n);
         } else {
-            row = source.Row(y);
+            row = source->Row(y);
         }
         std::optional<VignetteRow> vignette;
         if (effects.vignette) {

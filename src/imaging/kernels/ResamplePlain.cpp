@@ -119,6 +119,8 @@ void MixAlongRowPlainly(const float* row, const ResampleWeights& weights, std::u
             } else if (alpha < 254.5F && c != 3) {
                 value *= 255 / alpha;
             }
+            // Rounded as the vector rows do, bit for bit.
+            // NOLINTNEXTLINE(bugprone-incorrect-roundings)
             *out++ = static_cast<std::uint8_t>(std::clamp(value, 0.0F, 255.0F) + 0.5F);
         }
     }

@@ -38,9 +38,10 @@ QImage CroppedToCanvas(const QImage& frame, const CanvasFit& fit) {
 void CopyRow(const uchar* from, gif::Rgba* to, int count) {
     for (int x = 0; x < count; ++x) {
         gif::Rgba color;
-        std::memcpy(&color, from + std::ptrdiff_t{4} * x, sizeof color);
+        std::memcpy(&color, from + static_cast<std::ptrdiff_t>(x) * 4, sizeof color);
+        const bool opaque = color.a >= gif::kOpaqueFrom;
         color.a = 255;
-        to[x] = from[std::ptrdiff_t{4} * x + 3] >= gif::kOpaqueFrom ? color : gif::Rgba{};
+        to[x] = opaque ? color : gif::Rgba{};
     }
 }
 

@@ -94,6 +94,7 @@ class Run {
         const std::stop_callback onStop(stop_, [this] { End(EncodeEnd::Stopped); });
         {
             std::vector<std::jthread> workers;
+            workers.reserve(static_cast<std::size_t>(threads_));
             for (int i = 0; i < threads_; ++i) {
                 workers.emplace_back([this] { Work(); });
             }

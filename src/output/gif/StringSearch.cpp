@@ -8,6 +8,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <optional>
 
 #include "output/gif/CodeWriter.h"
 #include "output/gif/Dictionary.h"
@@ -70,9 +71,8 @@ class Searcher {
 
     bool Run() {
         StartData();
-        CodeWriter writer(data_);
-        writer_ = &writer;
-        writer.Put(dictionary_.ClearCode(), codeWidth_);
+        writer_.emplace(data_);
+        writer_->Put(dictionary_.ClearCode(), codeWidth_);
         const std::size_t total = goal_.Size();
         while (position_ < total) {
             const auto row = static_cast<int>(position_ / width_);
@@ -82,8 +82,8 @@ class Searcher {
             Foresee();
             CodeString(FindString());
         }
-        writer.Put(dictionary_.EndCode(), codeWidth_);
-        writer.Finish();
+        writer_->Put(dictionary_.EndCode(), codeWidth_);
+        writer_->Finish();
         job_.rowsDone(goal_.height);
         return true;
     }
@@ -489,7 +489,7 @@ class Searcher {
     float rightShare_;
     unsigned keepIndex_;
     std::vector<std::uint8_t>& data_;
-    CodeWriter* writer_ = nullptr;
+    std::optional<CodeWriter> writer_;
 
     alignas(64) std::array<float, kMaxColors> colorY_{};
     alignas(64) std::array<float, kMaxColors> colorU_{};
