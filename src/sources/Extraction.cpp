@@ -62,7 +62,7 @@ class Run {
                      const Percent& percent);
 
     Picture WithName(Picture picture) const;
-    Frame Stored(Picture picture, const QImage& rendered) const;
+    Frame Stored(const Picture& picture, const QImage& rendered) const;
     bool Accept(Frame frame);
     void Report(int total, double percent);
 
@@ -87,7 +87,7 @@ Picture Run::WithName(Picture picture) const {
 }
 
 /// The frame of a rendered picture, or what becomes of one that has no area or cannot be written.
-Frame Run::Stored(Picture picture, const QImage& rendered) const {
+Frame Run::Stored(const Picture& picture, const QImage& rendered) const {
     if (rendered.isNull()) {
         RemoveFrame(picture.framePath);
         const Failure noArea{Failure::Kind::Invalid,
@@ -184,10 +184,11 @@ void Run::RunImages() {
         const QImage source = std::exchange(picture.source.image, {});
         const QImage rendered = ImageTools::RenderFrameScaled(source, job_.settings.effects,
                                                               job_.settings.resizePercent);
-        return Stored(std::move(picture), rendered);
+        return Stored(picture, rendered);
     };
     RunPictures(count, count, takeImage, work, [&](int i) {
-        return static_cast<double>(static_cast<long long>(i) * 100 / count);
+        const long long percent = static_cast<long long>(i) * 100 / count;  // whole, as shown
+        return static_cast<double>(percent);
     });
 }
 
@@ -211,7 +212,7 @@ void Run::RunVideo() {
         const QImage source = std::exchange(picture.source.image, {});
         const QImage rendered = ImageTools::RenderFrameToSize(
             source, job_.settings.effects, job_.settings.width, job_.settings.height);
-        return Stored(std::move(picture), rendered);
+        return Stored(picture, rendered);
     };
     RunPictures(plan->count, plan->Total(), takeFrame, work,
                 [&](int i) { return plan->PercentAfter(i); });

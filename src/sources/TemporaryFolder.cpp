@@ -74,7 +74,8 @@ void RemoveLeftFolders(const QString& parent) {
 }  // namespace
 
 struct TemporaryFolder::State {
-    State(const QByteArray& folder) : name(folder), path(QFile::decodeName(folder)), lock(folder) {}
+    explicit State(const QByteArray& folder)
+        : name(folder), path(QFile::decodeName(folder)), lock(folder) {}
     State(const State&) = delete;
     State& operator=(const State&) = delete;
     ~State() {

@@ -52,7 +52,8 @@ double PixelsInRow(const spng_ihdr& header, int pass) {
     if (header.interlace_method == 0) {
         return header.width;
     }
-    return (header.width - kStart.at(index) + kStep.at(index) - 1) / kStep.at(index);
+    const auto columns = (header.width - kStart.at(index) + kStep.at(index) - 1) / kStep.at(index);
+    return columns;
 }
 
 /// The rows that the file gives, each in its place; the number of pixels in them.

@@ -92,7 +92,7 @@ float RollOff(float value) {
 
 std::uint8_t Code(const std::vector<std::uint8_t>& codes, float linear) {
     const float root = std::sqrt(std::clamp(linear, 0.0F, 1.0F));
-    return codes[static_cast<std::size_t>(root * (kLevels - 1) + 0.5F)];
+    return codes[static_cast<std::size_t>(std::lround(root * (kLevels - 1)))];
 }
 
 struct Conversion {
