@@ -21,8 +21,10 @@ bool DesktopIsDark() {
 
 Theme::Theme(QApplication& application)
     : application_(application), desktopIsDark_(DesktopIsDark()) {
+    // NOLINTBEGIN(clang-analyzer-cplusplus.NewDeleteLeaks): the application owns the style.
     application_.setStyle(new WindowStyle);
     SetChoice(ThemeChoice::System);
+    // NOLINTEND(clang-analyzer-cplusplus.NewDeleteLeaks)
 }
 
 void Theme::SetChoice(ThemeChoice choice) {

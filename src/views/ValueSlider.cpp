@@ -43,7 +43,7 @@ class NumberField : public QDoubleSpinBox {
 ValueSlider::ValueSlider(QWidget* parent) : RangeControl(parent), field_(new NumberField(this)) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(field_, &QDoubleSpinBox::valueChanged, this, &ValueSlider::EditValue);
-    ShowValue();
+    ValueSlider::ShowValue();
 }
 
 int ValueSlider::decimals() const {
