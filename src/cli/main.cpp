@@ -41,7 +41,7 @@ ExitCode Perform(const Options& options, const std::stop_token& stop, Console& c
         case Options::Action::MakeGif:
             break;
     }
-    return Convert(options, std::move(stop), console);
+    return Convert(options, stop, console);
 }
 
 ExitCode RunWith(const QStringList& arguments, const std::stop_token& stop) {
@@ -53,7 +53,7 @@ ExitCode RunWith(const QStringList& arguments, const std::stop_token& stop) {
     }
     Console console(options->quiet);
     try {
-        return Perform(*options, std::move(stop), console);
+        return Perform(*options, stop, console);
     } catch (const std::bad_alloc&) {
         console.Error(QStringLiteral("There is not enough memory."));
         return ExitCode::Failed;

@@ -42,7 +42,7 @@ class Run {
     Run(const ExtractionJob& job, const std::stop_token& stop,
         const std::function<void(const QString&)>& onFrame,
         const std::function<void(const ExtractionProgress&)>& onProgress)
-        : job_(job), stop_(std::move(stop)), onFrame_(onFrame), onProgress_(onProgress) {}
+        : job_(job), stop_(stop), onFrame_(onFrame), onProgress_(onProgress) {}
 
     ExtractionResult Go() {
         if (job_.videoPath.isEmpty()) {
@@ -251,7 +251,7 @@ void Run::RunBack(const ExtractionPlan& plan) {
 ExtractionResult RunExtraction(const ExtractionJob& job, const std::stop_token& stop,
                                const std::function<void(const QString&)>& onFrame,
                                const std::function<void(const ExtractionProgress&)>& onProgress) {
-    return Run(job, std::move(stop), onFrame, onProgress).Go();
+    return Run(job, stop, onFrame, onProgress).Go();
 }
 
 }  // namespace lumirra
