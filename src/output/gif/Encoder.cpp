@@ -30,7 +30,7 @@ struct Frame {
     Picture goal;
     std::vector<std::uint8_t> moved;
     std::vector<std::uint8_t> lasts;
-    std::optional<std::vector<Rgba>> exactColors;
+    std::optional<std::vector<Rgba>> exactColors;  ///< that an exact image has to draw with
     Disposal disposal = Disposal::Keep;
     bool blankScreen = false;
 
@@ -59,12 +59,6 @@ bool AnyVanishes(const Picture& from, const Picture& to) {
         }
     }
     return false;
-}
-
-bool Contains(const std::vector<Rgba>& sorted, const std::vector<Rgba>& colors) {
-    const auto key = [](Rgba c) { return c.r << 16 | c.g << 8 | c.b; };
-    return std::includes(sorted.begin(), sorted.end(), colors.begin(), colors.end(),
-                         [&](Rgba a, Rgba b) { return key(a) < key(b); });
 }
 
 /// Errors show on screens and drawings, where neither grain nor texture hides them, and little more
@@ -219,14 +213,34 @@ class Run {
         frame.lasts = std::move(result.lasts);
         if (frame.blankScreen) {
             std::fill(frame.moved.begin(), frame.moved.end(), std::uint8_t{1});
+        } else if (frame.exactColors && lastExact_) {
+            // The rest of the screen is right already.
+            frame.exactColors = FewColors(frame.source, kMostColors, frame.moved);
         }
+        lastExact_ = frame.exactColors.has_value();
         if (first) {
+            if (frame.exactColors) {
+                AddColorsAhead(window, *frame.exactColors);
+            }
             MakePaletteFor(frame);
             filePalette_ = frame.palette;
             frame.filePalette = true;
             screen_.shown = Picture{options_.width, options_.height, {}};
             screen_.shown.pixels.resize(frame.goal.Size());
             screen_.drawnGoal = screen_.shown;
+        }
+    }
+
+    /// Drawings go on in much the same colours, so one palette may do for many frames.
+    static void AddColorsAhead(const std::vector<const Picture*>& window,
+                               std::vector<Rgba>& colors) {
+        for (std::size_t ahead = 1; ahead < window.size(); ++ahead) {
+            const auto more = FewColors(*window[ahead], kMostColors);
+            std::vector<Rgba> all = Union(colors, more.value_or(std::vector<Rgba>{}));
+            if (!more || all.size() > kMostColors) {
+                return;
+            }
+            colors = std::move(all);
         }
     }
 
@@ -239,7 +253,7 @@ class Run {
             }
             return;
         }
-        constexpr std::uint8_t kMovedWeight = 32;
+        constexpr std::uint8_t kMovedWeight = 128;
         std::vector<std::uint8_t> importance(frame.moved.size());
         for (std::size_t i = 0; i < importance.size(); ++i) {
             importance[i] = frame.moved[i] != 0 ? kMovedWeight : std::uint8_t{1};
@@ -382,6 +396,7 @@ class Run {
     int prepared_ = 0;
     GoalMaker goals_;
     Disposal lastDisposal_ = Disposal::Keep;
+    bool lastExact_ = false;
     bool startsTransparent_ = false;
     std::vector<Rgba> filePalette_;
 

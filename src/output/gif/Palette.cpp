@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <queue>
 #include <unordered_set>
 
@@ -22,6 +23,10 @@ Rgba Unpacked(std::uint32_t packed) {
     return {static_cast<std::uint8_t>(packed >> 16U),
             static_cast<std::uint8_t>(packed >> 8U & 255U),
             static_cast<std::uint8_t>(packed & 255U), 255};
+}
+
+bool Before(Rgba a, Rgba b) {
+    return Packed(a) < Packed(b);
 }
 
 std::size_t BinIndex(Rgba color) {
@@ -237,12 +242,14 @@ std::vector<Rgba> Settle(const std::vector<ColorBin>& bins, const std::vector<To
 
 }  // namespace
 
-std::optional<std::vector<Rgba>> FewColors(const Picture& picture, std::size_t limit) {
+std::optional<std::vector<Rgba>> FewColors(const Picture& picture, std::size_t limit,
+                                           const std::vector<std::uint8_t>& where) {
     std::unordered_set<std::uint32_t> seen;
     bool any = false;
     std::uint32_t last = 0;
-    for (const Rgba& color : picture.pixels) {
-        if (color.a == 0) {
+    for (std::size_t i = 0; i < picture.Size(); ++i) {
+        const Rgba color = picture.pixels[i];
+        if (color.a == 0 || (!where.empty() && where[i] == 0)) {
             continue;
         }
         const std::uint32_t packed = Packed(color);
@@ -263,6 +270,17 @@ std::optional<std::vector<Rgba>> FewColors(const Picture& picture, std::size_t l
         colors.push_back(Unpacked(packed));
     }
     return colors;
+}
+
+std::vector<Rgba> Union(const std::vector<Rgba>& a, const std::vector<Rgba>& b) {
+    std::vector<Rgba> all;
+    all.reserve(a.size() + b.size());
+    std::set_union(a.begin(), a.end(), b.begin(), b.end(), std::back_inserter(all), Before);
+    return all;
+}
+
+bool Contains(const std::vector<Rgba>& palette, const std::vector<Rgba>& colors) {
+    return std::includes(palette.begin(), palette.end(), colors.begin(), colors.end(), Before);
 }
 
 std::vector<ColorBin> CountColors(const Picture& picture,
@@ -302,7 +320,7 @@ std::vector<Rgba> MakePalette(const std::vector<ColorBin>& bins, std::size_t lim
     std::vector<std::uint8_t> nearest;
     Refine(points, centers, nearest);
     std::vector<Rgba> palette = Settle(bins, centers, nearest);
-    std::sort(palette.begin(), palette.end(), [](Rgba a, Rgba b) { return Packed(a) < Packed(b); });
+    std::sort(palette.begin(), palette.end(), Before);
     palette.erase(std::unique(palette.begin(), palette.end()), palette.end());
     return palette;
 }

@@ -8,8 +8,15 @@
 
 namespace lumirra::gif {
 
-/// The opaque colours of a picture in order of value, or nothing when there are more than `limit`.
-std::optional<std::vector<Rgba>> FewColors(const Picture& picture, std::size_t limit);
+/// Those of `picture`'s opaque colours where `where` is not 0 (everywhere when it is empty), in
+/// order of value, or nothing when there are more than `limit`.
+std::optional<std::vector<Rgba>> FewColors(const Picture& picture, std::size_t limit,
+                                           const std::vector<std::uint8_t>& where = {});
+
+/// Two such lists as one.
+std::vector<Rgba> Union(const std::vector<Rgba>& a, const std::vector<Rgba>& b);
+/// Whether all of `colors` are in `palette`, both in order of value.
+bool Contains(const std::vector<Rgba>& palette, const std::vector<Rgba>& colors);
 
 /// Pixels of nearly one colour: their sums, and the colour that most of them have, if one has.
 struct ColorBin {

@@ -38,6 +38,10 @@ struct alignas(32) Pixel {
     float keepError = kNever;
 };
 
+Tone Minus(const Tone& a, const Tone& b) {
+    return {a.y - b.y, a.u - b.u, a.v - b.v};
+}
+
 float Limited(float value) {
     return std::clamp(value, -kLargestPassedOn, kLargestPassedOn);
 }
@@ -65,7 +69,6 @@ class Searcher {
           ringSize_(width_ * static_cast<std::size_t>(reach_ + 2)),
           ring_(ringSize_),
           weights_(width_),
-          rightShare_(tuning_.diffusion * 7 / 16),
           keepIndex_(static_cast<unsigned>(job.palette->size())),
           data_(data) {}
 
@@ -273,8 +276,8 @@ class Searcher {
             hn::Store(error, d, &errors[i]);
         }
         const float nearest = hn::GetLane(hn::MinOfLanes(d, least));
-        const float limit = std::max(nearest, std::min(cap_, std::min(nearest, pixel.keepError) +
-                                                                 tuning_.candidateRange * price_));
+        const float best = std::min(nearest, pixel.keepError);
+        const float limit = std::max(best, std::min(cap_, best + tuning_.candidateRange * price_));
         if (pixel.keepError <= limit) {
             candidates.Offer(pixel.keepError, keepIndex_);
         }
@@ -312,9 +315,10 @@ class Searcher {
         if ((position + 1) % width_ != 0 && wanted.y < kFarTone) {
             const Tone& color =
                 node.color == keepIndex_ ? ring_[index].shown : dictionary_.PaletteTone(node.color);
-            target.y += rightShare_ * Limited(wanted.y - color.y);
-            target.u += rightShare_ * Limited(wanted.u - color.u);
-            target.v += rightShare_ * Limited(wanted.v - color.v);
+            const Tone passed = PassedOn(Minus(wanted, color));
+            target.y += 7 * passed.y;
+            target.u += 7 * passed.u;
+            target.v += 7 * passed.v;
         }
         Visit(node, position + 1, next, target, reached);
     }
@@ -351,6 +355,16 @@ class Searcher {
                 }
             }
         }
+    }
+
+    /// A sixteenth of what a pixel's neighbours are to make up for.
+    Tone PassedOn(const Tone& rest) const {
+        constexpr float kShows = 25;
+        const float strength =
+            std::min((rest.y * rest.y + rest.u * rest.u + rest.v * rest.v) / kShows, 1.0F);
+        const float part =
+            (tuning_.diffusion + strength * (tuning_.bandDiffusion - tuning_.diffusion)) / 16;
+        return {part * Limited(rest.y), part * Limited(rest.u), part * Limited(rest.v)};
     }
 
     void CodeString(unsigned code) {
@@ -436,8 +450,7 @@ class Searcher {
             return 0;
         }
         const Tone& tone = kept ? pixel.shown : dictionary_.PaletteTone(color);
-        const Tone rest = {pixel.target.y - tone.y, pixel.target.u - tone.u,
-                           pixel.target.v - tone.v};
+        const Tone rest = Minus(pixel.target, tone);
         const float error =
             kept ? pixel.keepError
                  : pixel.weight * (rest.y * rest.y + rest.u * rest.u + rest.v * rest.v);
@@ -453,9 +466,7 @@ class Searcher {
 
     void Spread(const Tone& rest, std::size_t index) {
         const std::size_t x = position_ % width_;
-        const Tone passed = {tuning_.diffusion / 16 * Limited(rest.y),
-                             tuning_.diffusion / 16 * Limited(rest.u),
-                             tuning_.diffusion / 16 * Limited(rest.v)};
+        const Tone passed = PassedOn(rest);
         const auto give = [&](std::size_t to, float share) {
             Tone& target = ring_[to % ringSize_].target;
             target.y += share * passed.y;
@@ -486,7 +497,6 @@ class Searcher {
     std::size_t ringSize_;
     std::vector<Pixel> ring_;
     std::vector<float> weights_;
-    float rightShare_;
     unsigned keepIndex_;
     std::vector<std::uint8_t>& data_;
     std::optional<CodeWriter> writer_;

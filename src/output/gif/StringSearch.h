@@ -16,11 +16,12 @@ struct Screen {
 
 /// What one frame may cost. Errors are squared tone distances times the masking weight.
 struct SearchTuning {
-    float lambda = 3.1F;        ///< error that one bit is worth
-    float diffusion = 0.45F;    ///< part of an error that is passed on
-    float deadZone = 3.5F;      ///< of a kept pixel's goal change
-    float refine = 0.3F;        ///< part of the error shown that keeping a pixel costs
-    float goodEnough = 10;      ///< error shown that keeping never pays for
+    float lambda = 3.1F;          ///< error that one bit is worth
+    float diffusion = 0.4F;       ///< part of a small error that is passed on
+    float bandDiffusion = 0.51F;  ///< part of one that would show as an edge on an even slope
+    float deadZone = 3.5F;        ///< of a kept pixel's goal change
+    float refine = 0.3F;          ///< part of the error shown that keeping a pixel costs
+    float goodEnough = 10;        ///< error shown that keeping never pays for
     float lasting = 0.09F;      ///< more weight for each frame ahead that a pixel will stand still
     float memory = 0.97F;       ///< of the running price, per string
     float keptPrice = 0.1F;     ///< of a pixel that may be kept, in prices of one that may not
