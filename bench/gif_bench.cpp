@@ -1,5 +1,5 @@
-// bench_gif OUT.gif [-q N] [-t threads] FRAME.png...: encodes once and prints time, memory and
-// bytes.
+// bench_gif OUT.gif [-q N] [-t threads] [-m max bytes] [-e 1] FRAME.png...: encodes (with -e 1:
+// only estimates) and prints time, memory and bytes.
 #include <sys/resource.h>
 
 #include <QCoreApplication>
@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "imaging/WorkingMemory.h"
+#include "output/GifEstimate.h"
 #include "output/GifWriter.h"
 
 int main(int argc, char** argv) {
@@ -15,17 +16,39 @@ int main(int argc, char** argv) {
     lumirra::GifRequest request;
     QStringList arguments = QCoreApplication::arguments().mid(1);
     if (arguments.size() < 2) {
-        std::fprintf(stderr, "usage: bench_gif OUT.gif [-q N] [-t threads] FRAME.png...\n");
+        std::fprintf(stderr,
+                     "usage: bench_gif OUT.gif [-q N] [-t threads] [-m max] [-e 1] FRAME.png...\n");
         return 2;
     }
     request.destination = arguments.takeFirst();
+    bool estimateOnly = false;
     while (arguments.size() > 2 && arguments.front().startsWith(QLatin1Char('-'))) {
         const QString option = arguments.takeFirst();
-        const int value = arguments.takeFirst().toInt();
-        (option == QStringLiteral("-q") ? request.quality : request.threads) = value;
+        const double value = arguments.takeFirst().toDouble();
+        if (option == QStringLiteral("-q")) {
+            request.quality = value;
+        } else if (option == QStringLiteral("-m")) {
+            request.maxBytes = static_cast<long long>(value);
+        } else if (option == QStringLiteral("-e")) {
+            estimateOnly = value != 0;
+        } else {
+            request.threads = static_cast<int>(value);
+        }
     }
     request.framePaths = arguments;
     const auto start = std::chrono::steady_clock::now();
+    if (estimateOnly) {
+        const auto estimate = lumirra::EstimateGif(request, {});
+        const std::chrono::duration<double, std::milli> time =
+            std::chrono::steady_clock::now() - start;
+        rusage usage{};
+        getrusage(RUSAGE_SELF, &usage);
+        std::printf("about %lld bytes, wall %.0f ms, user %.0f ms\n",
+                    estimate ? estimate->bytes : -1, time.count(),
+                    static_cast<double>(usage.ru_utime.tv_sec) * 1e3 +
+                        static_cast<double>(usage.ru_utime.tv_usec) / 1e3);
+        return 0;
+    }
     const auto result = lumirra::WriteGif(request, {}, {});
     const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
     if (!result) {
@@ -34,10 +57,11 @@ int main(int argc, char** argv) {
     }
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
-    std::printf("%d images, %d x %d, %lld bytes, wall %.0f ms, user %.0f ms, peak %ld KB\n",
-                result->frames, result->width, result->height, result->bytes, time.count(),
-                static_cast<double>(usage.ru_utime.tv_sec) * 1e3 +
-                    static_cast<double>(usage.ru_utime.tv_usec) / 1e3,
-                usage.ru_maxrss);
+    std::printf(
+        "%d images, %d x %d, %lld bytes, quality %.2f, wall %.0f ms, user %.0f ms, peak %ld KB\n",
+        result->frames, result->width, result->height, result->bytes, result->quality, time.count(),
+        static_cast<double>(usage.ru_utime.tv_sec) * 1e3 +
+            static_cast<double>(usage.ru_utime.tv_usec) / 1e3,
+        usage.ru_maxrss);
     return 0;
 }

@@ -6,7 +6,9 @@
 #include "cli/JobPlan.h"
 #include "cli/KeptFrames.h"
 #include "cli/SourceLook.h"
+#include "output/GifEstimate.h"
 #include "output/GifWriter.h"
+#include "output/SizeText.h"
 #include "settings/NumberText.h"
 #include "settings/ProfileText.h"
 #include "settings/SettingsRecords.h"
@@ -83,22 +85,29 @@ Outcome<Frames> Extract(const Options& options, const ControlValues& values, con
     return Frames{result.framePaths, total};
 }
 
-Outcome<GifResult> MakeGif(const Options& options, const ControlValues& values,
-                           const QStringList& frames, const std::stop_token& stop,
-                           Console& console) {
+GifRequest RequestFor(const Options& options, const ControlValues& values,
+                      const QStringList& frames) {
     const OutputSettings output = OutputSettingsOf(values);
-    const GifRequest request{.framePaths = frames,
-                             .destination = options.output,
-                             .colorLevels = output.colorLevels,
-                             .fitMode = options.fitMode,
-                             .delaySeconds = output.delaySeconds,
-                             .loopCount = output.loopCount,
-                             .threads = options.threads};
+    return {
+        .framePaths = frames,
+        .destination = options.output,
+        .colorLevels = output.colorLevels,
+        .fitMode = options.fitMode,
+        .delaySeconds = output.delaySeconds,
+        .loopCount = options.loop == Options::Loop::Count ? options.loopCount : output.loopCount,
+        .repeatForever = options.loop == Options::Loop::Forever,
+        .quality = static_cast<double>(options.quality),
+        .maxBytes = options.maxBytes,
+        .threads = options.threads};
+}
+
+Outcome<GifResult> MakeGif(const GifRequest& request, const std::stop_token& stop,
+                           Console& console) {
     auto gif = WriteGif(request, stop, [&](int done, int total) {
         console.Progress(QStringLiteral("GIF"), done, total);
     });
     if (gif) {
-        Warn(console, gif->leftOut, static_cast<int>(frames.size()),
+        Warn(console, gif->leftOut, static_cast<int>(request.framePaths.size()),
              QStringLiteral("frames are not in the GIF."));
     } else if (gif.failure().kind == Failure::Kind::Stopped) {
         return Stopped();
@@ -106,15 +115,40 @@ Outcome<GifResult> MakeGif(const Options& options, const ControlValues& values,
     return gif;
 }
 
-QString Summary(const QString& path, const GifResult& gif, double delaySeconds) {
-    const double delay = std::clamp(std::round(delaySeconds * 100), 1.0, 65535.0) / 100;
-    return QStringLiteral("%1: %2 frames, %3x%4, %5 s, %6 bytes")
-        .arg(path)
-        .arg(gif.frames)
-        .arg(gif.width)
-        .arg(gif.height)
-        .arg(FixedText(delay * gif.frames, 2))
-        .arg(gif.bytes);
+/// Prints about how large the GIF of these frames would be.
+std::optional<Failure> Estimate(const GifRequest& request, const std::stop_token& stop,
+                                Console& console) {
+    const auto estimate = EstimateGif(request, stop);
+    if (!estimate) {
+        return estimate.failure().kind == Failure::Kind::Stopped ? Stopped() : estimate.failure();
+    }
+    QString line = QStringLiteral("About %1 bytes (%2): %3 frames, %4x%5, quality %6")
+                       .arg(estimate->bytes)
+                       .arg(SizeText(estimate->bytes))
+                       .arg(estimate->frames)
+                       .arg(estimate->width)
+                       .arg(estimate->height)
+                       .arg(request.quality);
+    if (request.maxBytes > 0 && estimate->bytes > request.maxBytes) {
+        line += QStringLiteral("; --max-size would lower the quality");
+    }
+    console.Print(line + QLatin1Char('\n'));
+    return std::nullopt;
+}
+
+QString Summary(const GifResult& gif, const GifRequest& request) {
+    const double delay = std::clamp(std::round(request.delaySeconds * 100), 1.0, 65535.0) / 100;
+    QString line = QStringLiteral("%1: %2 frames, %3x%4, %5 s, %6 bytes")
+                       .arg(request.destination)
+                       .arg(gif.frames)
+                       .arg(gif.width)
+                       .arg(gif.height)
+                       .arg(FixedText(delay * gif.frames, 2))
+                       .arg(gif.bytes);
+    if (gif.quality < request.quality) {
+        line += QStringLiteral(", quality %1").arg(FixedText(gif.quality, 1));
+    }
+    return line;
 }
 
 /// Everything from the frames to the GIF. Done, or why not; nothing new stays in the latter case.
@@ -142,12 +176,16 @@ std::optional<Failure> Make(const Options& options, const ControlValues& values,
         }
         paths = *taken;
     }
+    const GifRequest request = RequestFor(options, values, paths);
+    if (options.estimate) {
+        return Estimate(request, stop, console);
+    }
     if (!options.output.isEmpty()) {
-        const auto gif = MakeGif(options, values, paths, stop, console);
+        const auto gif = MakeGif(request, stop, console);
         if (!gif) {
             return gif.failure();
         }
-        console.Result(Summary(options.output, *gif, OutputSettingsOf(values).delaySeconds));
+        console.Result(Summary(*gif, request));
     }
     kept.Keep();
     if (!options.keepFrames.isEmpty()) {
@@ -198,7 +236,7 @@ ExitCode Convert(const Options& options, const std::stop_token& stop, Console& c
             return Report(saved.failure(), ExitCode::Failed, console);
         }
     }
-    if (options.output.isEmpty() && options.keepFrames.isEmpty()) {
+    if (options.output.isEmpty() && options.keepFrames.isEmpty() && !options.estimate) {
         return ExitCode::Success;
     }
     if (auto failure = Make(options, *values, stop, console)) {

@@ -1,6 +1,7 @@
 #include "cli/Options.h"
 
 #include <QCommandLineParser>
+#include <QLocale>
 #include <algorithm>
 
 #include "settings/NumberText.h"
@@ -27,6 +28,10 @@ void AddOptions(QCommandLineParser& parser) {
     add({QStringLiteral("start")}, "P");
     add({QStringLiteral("end")}, "P");
     add({QStringLiteral("fit")}, "MODE");
+    add({QStringLiteral("quality")}, "N");
+    add({QStringLiteral("max-size")}, "SIZE");
+    add({QStringLiteral("loop")}, "TIMES");
+    add({QStringLiteral("estimate")});
     add({QStringLiteral("keep-frames")}, "DIR");
     add({QStringLiteral("write-profile")}, "FILE");
     add({QStringLiteral("list-settings")});
@@ -127,21 +132,97 @@ std::optional<Failure> TakeFit(Options& options, const QCommandLineParser& parse
     return std::nullopt;
 }
 
-std::optional<Failure> TakeThreads(Options& options, const QCommandLineParser& parser) {
-    const auto text = Single(parser, "threads");
+/// A whole number within limits; `number` stays as it is when the option is absent.
+std::optional<Failure> TakeWhole(int& number, const QCommandLineParser& parser, const char* name,
+                                 long long least, long long most) {
+    const auto text = Single(parser, name);
     if (!text) {
         return text.failure();
     }
     if (text->isEmpty()) {
         return std::nullopt;
     }
-    const auto number = ParseInteger(*text);
-    if (!number || *number < 1 || *number > kMostThreads) {
-        return Usage(QStringLiteral("--threads takes a whole number from 1 to %1, not \"%2\".")
-                         .arg(kMostThreads)
+    const auto value = ParseInteger(*text);
+    if (!value || *value < least || *value > most) {
+        return Usage(QStringLiteral("--%1 takes a whole number from %2 to %3, not \"%4\".")
+                         .arg(QLatin1String(name))
+                         .arg(least)
+                         .arg(most)
                          .arg(*text));
     }
-    options.threads = static_cast<int>(*number);
+    number = static_cast<int>(*value);
+    return std::nullopt;
+}
+
+std::optional<Failure> TakeThreads(Options& options, const QCommandLineParser& parser) {
+    return TakeWhole(options.threads, parser, "threads", 1, kMostThreads);
+}
+
+std::optional<Failure> TakeQuality(Options& options, const QCommandLineParser& parser) {
+    return TakeWhole(options.quality, parser, "quality", 1, 100);
+}
+
+/// Bytes of "800000", "800K", "8M", "1.5MB"; nothing when it is no size.
+std::optional<long long> ParseSize(QString text) {
+    text = text.toUpper();
+    if (text.endsWith(QLatin1Char('B'))) {
+        text.chop(1);
+    }
+    double unit = 1;
+    for (const auto& [letter, bytes] : {std::pair{'K', 1e3}, {'M', 1e6}, {'G', 1e9}}) {
+        if (text.endsWith(QLatin1Char(letter))) {
+            text.chop(1);
+            unit = bytes;
+            break;
+        }
+    }
+    constexpr double kMost = 1e15;
+    bool isNumber = false;
+    const double bytes = QLocale::c().toDouble(text, &isNumber) * unit;
+    // Not a number fails both.
+    if (!isNumber || !(bytes >= 1 && bytes <= kMost)) {
+        return std::nullopt;
+    }
+    return static_cast<long long>(bytes);
+}
+
+std::optional<Failure> TakeMaxSize(Options& options, const QCommandLineParser& parser) {
+    const auto text = Single(parser, "max-size");
+    if (!text) {
+        return text.failure();
+    }
+    if (text->isEmpty()) {
+        return std::nullopt;
+    }
+    const auto bytes = ParseSize(*text);
+    if (!bytes) {
+        return Usage(QStringLiteral("--max-size takes a size such as 800K, 8M or 1.5M, not \"%1\".")
+                         .arg(*text));
+    }
+    options.maxBytes = *bytes;
+    return std::nullopt;
+}
+
+std::optional<Failure> TakeLoop(Options& options, const QCommandLineParser& parser) {
+    constexpr long long kMostLoops = 65535;
+    const auto text = Single(parser, "loop");
+    if (!text) {
+        return text.failure();
+    }
+    const auto number = ParseInteger(*text);
+    if (*text == QLatin1String("forever")) {
+        options.loop = Options::Loop::Forever;
+    } else if (*text == QLatin1String("once")) {
+        options.loop = Options::Loop::Count;
+    } else if (number && *number >= 1 && *number <= kMostLoops) {
+        options.loop = Options::Loop::Count;
+        options.loopCount = static_cast<int>(*number);
+    } else if (!text->isEmpty()) {
+        return Usage(
+            QStringLiteral("--loop takes forever, once or a number from 1 to %1, not \"%2\".")
+                .arg(kMostLoops)
+                .arg(*text));
+    }
     return std::nullopt;
 }
 
@@ -168,7 +249,11 @@ std::optional<Failure> TakeSources(Options& options, const QCommandLineParser& p
 }
 
 std::optional<Failure> CheckWork(const Options& options) {
-    const bool makes = !options.output.isEmpty() || !options.keepFrames.isEmpty();
+    if (options.estimate && !options.keepFrames.isEmpty()) {
+        return Usage(QStringLiteral("--estimate keeps no frames; leave --keep-frames out."));
+    }
+    const bool makes =
+        !options.output.isEmpty() || !options.keepFrames.isEmpty() || options.estimate;
     if (makes && options.sources.isEmpty()) {
         return Usage(QStringLiteral("There is no source: give a video or pictures."));
     }
@@ -208,7 +293,9 @@ Outcome<Options> ParseOptions(const QStringList& arguments) {
     options.action = ActionOf(parser);
     options.json = parser.isSet(QStringLiteral("json"));
     options.quiet = parser.isSet(QStringLiteral("quiet"));
-    for (const auto take : {TakeTexts, TakeSettings, TakeMarkers, TakeFit, TakeThreads}) {
+    options.estimate = parser.isSet(QStringLiteral("estimate"));
+    for (const auto take : {TakeTexts, TakeSettings, TakeMarkers, TakeFit, TakeQuality, TakeMaxSize,
+                            TakeLoop, TakeThreads}) {
         if (auto failure = take(options, parser)) {
             return *failure;
         }
@@ -244,6 +331,15 @@ usage: lumirra-cli [options] SOURCE... -o OUT.gif
                         other one follows, unless both are given
   --start P, --end P    the part of the video to use, as fractions (0 and 1)
   --fit center|crop     how frames of different sizes are brought together (center)
+  --quality N           1 to 100: fewer bytes below, fewer errors above (90)
+  --max-size SIZE       at most so many bytes: 800K, 8M, 1.5M (1M is 1,000,000 bytes). The
+                        quality is lowered as far as needed, never frames or picture size;
+                        the frames are encoded two or three times
+  --loop TIMES          forever, once, or a number for the file's loop field; without it the
+                        setting textFieldLoopCount rules. Most viewers play a file without
+                        the field (once) one time only
+  --estimate            print about how large the GIF would be, in a quarter of the time that
+                        encoding takes or less; nothing is written
   --keep-frames DIR     also leave the frames in DIR as frame00001.png, frame00002.png ...
   --write-profile FILE  write the settings in force as a profile
   --list-settings       print all settings: name, kind, range, initial value, what it does

@@ -25,7 +25,13 @@ struct Options {
     QString writeProfile;
     QString infoSource;
     bool json = false;
-    int threads = 0;  ///< 0: one for each core
+    int quality = 90;                             ///< 1..100
+    long long maxBytes = 0;                       ///< 0: any size
+    enum class Loop { Setting, Forever, Count };  ///< what rules the loop field
+    Loop loop = Loop::Setting;
+    int loopCount = 0;      ///< of `Loop::Count`; 0: no loop field
+    bool estimate = false;  ///< print the size, write no GIF
+    int threads = 0;        ///< 0: one for each core
     bool quiet = false;
 };
 

@@ -6,30 +6,18 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <mutex>
+#include <memory>
 #include <span>
 
-#include "output/frames/CanvasFit.h"
-#include "output/frames/FrameFile.h"
-#include "output/gif/Encoder.h"
+#include "output/GifEstimate.h"
+#include "output/frames/EncoderSetup.h"
+#include "output/frames/FrameFeed.h"
+#include "output/size/SizeSearch.h"
+#include "output/size/TooLarge.h"
 
 namespace lumirra {
 
 namespace {
-
-constexpr int kLargestField = 65535;
-
-int DelayHundredths(double seconds) {
-    const double hundredths = std::round(seconds * 100);
-    return hundredths >= 1 ? static_cast<int>(std::min<double>(hundredths, kLargestField)) : 1;
-}
-
-std::optional<std::uint16_t> LoopField(double loopCount) {
-    if (!(loopCount > 0)) {
-        return std::nullopt;
-    }
-    return static_cast<std::uint16_t>(std::clamp<double>(std::round(loopCount), 1, kLargestField));
-}
 
 Failure NotWritable(const QSaveFile& file) {
     return {Failure::Kind::NotWritable,
@@ -41,55 +29,139 @@ Failure Stopped(const QString& path) {
     return {Failure::Kind::Stopped, QStringLiteral("Writing \"%1\" was stopped.").arg(path), path};
 }
 
-Failure NoMemory(const QString& path) {
-    return {Failure::Kind::TooLarge,
-            QStringLiteral("There is not enough memory to write \"%1\".").arg(path), path};
-}
+/// A file of the request that is complete but for taking its place.
+struct Draft {
+    std::unique_ptr<QSaveFile> file;
+    GifResult result;
+    std::vector<long long> bytesUpTo;  ///< each image, it included
+};
 
-/// Loads frames for the encoder's threads and remembers which could not be read.
-class FrameFeed {
+/// Makes drafts of one request, one after the other.
+class Drafter {
   public:
-    FrameFeed(const GifRequest& request, const CanvasFit& fit) : request_(request), fit_(fit) {}
+    Drafter(const GifRequest& request, const CanvasFit& fit, const std::stop_token& stop,
+            const std::function<void(int, int)>& onProgress)
+        : request_(request), fit_(fit), stop_(stop), onProgress_(onProgress) {}
 
-    std::optional<gif::Picture> Load(int entry) {
-        const Outcome<QImage> frame = ReadFrame(request_.framePaths.at(entry));
-        if (!frame) {
-            const std::scoped_lock lock(mutex_);
-            leftOut_.emplace_back(entry, frame.failure());
-            return std::nullopt;
+    Outcome<Draft> Make(double quality) {
+        Draft draft;
+        draft.file = std::make_unique<QSaveFile>(request_.destination);
+        QSaveFile& file = *draft.file;
+        if (!file.open(QIODevice::WriteOnly)) {
+            return NotWritable(file);
         }
-        return PlaceOnCanvas(*frame, fit_, request_.colorLevels);
+        FrameFeed feed(request_, fit_);
+        gif::EncoderPorts ports;
+        ports.load = [&feed](int entry) { return feed.Load(entry); };
+        ports.write = [&file](std::span<const std::uint8_t> bytes) {
+            const auto size = static_cast<qint64>(bytes.size());
+            return file.write(reinterpret_cast<const char*>(bytes.data()), size) == size;
+        };
+        ports.progress = [this](int done) { Report(done); };
+        ports.imageData = [&draft](std::size_t) { draft.bytesUpTo.push_back(draft.file->pos()); };
+        gif::EncoderOptions options = OptionsFor(request_, fit_);
+        options.quality = quality;
+        const gif::EncodeSummary summary = gif::Encode(options, ports, stop_);
+        ++made_;
+        if (summary.end == gif::EncodeEnd::Stopped) {
+            return Stopped(request_.destination);
+        }
+        if (summary.end == gif::EncodeEnd::OutOfMemory) {
+            return NoMemory();
+        }
+        if (summary.end == gif::EncodeEnd::Done && summary.images == 0) {
+            return NothingReadable();
+        }
+        if (summary.end != gif::EncodeEnd::Done || !file.flush()) {
+            return NotWritable(file);
+        }
+        draft.result = {summary.images, fit_.width, fit_.height,
+                        file.size(),    quality,    feed.TakeLeftOut()};
+        return draft;
     }
 
-    std::vector<Failure> TakeLeftOut() {
-        std::sort(leftOut_.begin(), leftOut_.end(),
-                  [](const auto& a, const auto& b) { return a.first < b.first; });
-        std::vector<Failure> failures;
-        failures.reserve(leftOut_.size());
-        for (auto& [entry, failure] : leftOut_) {
-            failures.push_back(std::move(failure));
+    void ReportEnd() const {
+        if (onProgress_) {
+            onProgress_(Frames() * made_, Frames() * made_);
         }
-        return failures;
     }
 
   private:
+    int Frames() const { return static_cast<int>(request_.framePaths.size()); }
+
+    /// The end is not reported here: the frames may be needed once more.
+    void Report(int done) const {
+        if (onProgress_ && done < Frames()) {
+            onProgress_(made_ * Frames() + done, (made_ + 1) * Frames());
+        }
+    }
+
     const GifRequest& request_;
     const CanvasFit& fit_;
-    std::mutex mutex_;
-    std::vector<std::pair<int, Failure>> leftOut_;
+    const std::stop_token& stop_;
+    const std::function<void(int, int)>& onProgress_;
+    int made_ = 0;
 };
 
-gif::EncoderOptions OptionsFor(const GifRequest& request, const CanvasFit& fit) {
-    gif::EncoderOptions options;
-    options.width = fit.width;
-    options.height = fit.height;
-    options.entries = static_cast<int>(request.framePaths.size());
-    options.delayHundredths = DelayHundredths(request.delaySeconds);
-    options.loops = LoopField(request.loopCount);
-    options.quality = request.quality;
-    options.threads = request.threads;
-    return options;
-}
+/// Drafts of ever better guesses of the quality, until one is as large as the limit lets it be.
+class LimitedDraft {
+  public:
+    LimitedDraft(const GifRequest& request, Drafter& drafter, const std::stop_token& stop)
+        : request_(request), drafter_(drafter), stop_(stop) {}
+
+    Outcome<Draft> Make() {
+        const SizeProbes probes{[this](double quality) { return Estimate(quality); },
+                                [this](double quality) { return Encode(quality); }};
+        const auto found = SearchQuality(std::clamp(request_.quality, 1.0, 100.0),
+                                         static_cast<double>(request_.maxBytes), probes);
+        if (!found) {
+            return *problem_;
+        }
+        if (!found->fits) {
+            return StillTooLarge({.limit = request_.maxBytes,
+                                  .width = smallest_.result.width,
+                                  .bytesUpTo = smallest_.bytesUpTo,
+                                  .bytes = smallest_.result.bytes});
+        }
+        return std::move(best_);
+    }
+
+  private:
+    std::optional<double> Estimate(double quality) {
+        GifRequest request = request_;
+        request.quality = quality;
+        const auto estimate = EstimateGif(request, stop_);
+        if (!estimate) {
+            problem_ = estimate.failure();
+            return std::nullopt;
+        }
+        return static_cast<double>(estimate->bytes);
+    }
+
+    std::optional<double> Encode(double quality) {
+        Outcome<Draft> made = drafter_.Make(quality);
+        if (!made) {
+            problem_ = made.failure();
+            return std::nullopt;
+        }
+        Draft draft = *std::move(made);
+        const auto bytes = static_cast<double>(draft.result.bytes);
+        if (draft.result.bytes > request_.maxBytes) {
+            draft.file.reset();
+            smallest_ = std::move(draft);
+        } else if (!best_.file || quality > best_.result.quality) {
+            best_ = std::move(draft);
+        }
+        return bytes;
+    }
+
+    const GifRequest& request_;
+    Drafter& drafter_;
+    const std::stop_token& stop_;
+    Draft best_;
+    Draft smallest_;  ///< the last that was too large, without its file
+    std::optional<Failure> problem_;
+};
 
 }  // namespace
 
@@ -106,39 +178,18 @@ Outcome<GifResult> WriteGif(const GifRequest& request, const std::stop_token& st
                            .arg(request.destination),
                        request.destination};
     }
-    QSaveFile file(request.destination);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return NotWritable(file);
+    Drafter drafter(request, *fit, stop, onProgress);
+    Outcome<Draft> made = request.maxBytes > 0 ? LimitedDraft(request, drafter, stop).Make()
+                                               : drafter.Make(request.quality);
+    if (!made) {
+        return made.failure();
     }
-    FrameFeed feed(request, *fit);
-    gif::EncoderPorts ports;
-    ports.load = [&feed](int entry) { return feed.Load(entry); };
-    ports.write = [&file](std::span<const std::uint8_t> bytes) {
-        const auto size = static_cast<qint64>(bytes.size());
-        return file.write(reinterpret_cast<const char*>(bytes.data()), size) == size;
-    };
-    const auto total = static_cast<int>(request.framePaths.size());
-    ports.progress = [&](int done) {
-        if (onProgress) {
-            onProgress(done, total);
-        }
-    };
-    const gif::EncodeSummary summary = gif::Encode(OptionsFor(request, *fit), ports, stop);
-    if (summary.end == gif::EncodeEnd::Stopped) {
-        return Stopped(request.destination);
+    Draft draft = *std::move(made);
+    if (!draft.file->commit()) {
+        return NotWritable(*draft.file);
     }
-    if (summary.end == gif::EncodeEnd::OutOfMemory) {
-        return NoMemory(request.destination);
-    }
-    if (summary.end == gif::EncodeEnd::Done && summary.images == 0) {
-        return Failure{
-            Failure::Kind::Unreadable, QStringLiteral("None of the frames can be read."), {}};
-    }
-    const qint64 bytes = file.size();
-    if (summary.end != gif::EncodeEnd::Done || !file.commit()) {
-        return NotWritable(file);
-    }
-    return GifResult{summary.images, fit->width, fit->height, bytes, feed.TakeLeftOut()};
+    drafter.ReportEnd();
+    return std::move(draft.result);
 }
 
 void VideoTools::CreateGif(const QStringList& framePaths, const QString& destination,

@@ -6,6 +6,7 @@ import json
 import os
 import pathlib
 import pty
+import re
 import shutil
 import signal
 import subprocess
@@ -123,6 +124,18 @@ class Usage(CliTest):
             ([clip, *gif, "--threads=-1"], "--threads"),
             ([clip, *gif, "--threads", "99999999999999999999"], "--threads"),
             ([clip, *gif, "--json"], "--info"),
+            ([clip, *gif, "--quality", "0"], "--quality"),
+            ([clip, *gif, "--quality", "101"], "--quality"),
+            ([clip, *gif, "--quality", "best"], "best"),
+            ([clip, *gif, "--max-size", "0"], "--max-size"),
+            ([clip, *gif, "--max-size", "8X"], "8X"),
+            ([clip, *gif, "--max-size", "nan"], "--max-size"),
+            ([clip, *gif, "--max-size=-1M"], "--max-size"),
+            ([clip, *gif, "--loop", "0"], "--loop"),
+            ([clip, *gif, "--loop", "65536"], "--loop"),
+            ([clip, *gif, "--loop", "always"], "always"),
+            ([clip, "--estimate", "--keep-frames", "d"], "--keep-frames"),
+            (["--estimate"], "no source"),
             ([clip, *gif, "--set", "sliderBrightness"], "sliderBrightness"),
             ([clip, *gif, "--set", "sliderBrightness=2"], "sliderBrightness"),
             ([clip, *gif, "--set", "noSuchThing=2"], "noSuchThing"),
@@ -168,6 +181,77 @@ class Usage(CliTest):
         self.assertEqual(sorted(p.name for p in self.work.iterdir()),
                          ["copy.mp4", "link.gif", "pipe"])
         self.assertEqual(copy.read_bytes(), self.clip.read_bytes())
+
+
+def loop_field(path):
+    """The value of the loop field; None without one."""
+    data = path.read_bytes()
+    at = data.find(b"NETSCAPE2.0\x03\x01")
+    return None if at < 0 else int.from_bytes(data[at + 13:at + 15], "little")
+
+
+class QualityAndSize(CliTest):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.film = MEDIA / "rabbit320.mp4"
+        cls.short = ["--end", "0.1", "--set", "textFieldFixedIntervalBetweenFrames=0.1"]
+
+    def make(self, *options):
+        result = self.succeed(self.film, "-o", self.out, *self.short, *options)
+        return self.out.stat().st_size, result.stdout
+
+    def test_bytes_follow_quality(self):
+        sizes = [self.make("--quality", q)[0] for q in (1, 50, 90, 100)]
+        self.assertEqual(sizes, sorted(sizes))
+        self.assertLess(sizes[1], 0.6 * sizes[2])
+        self.assertEqual(self.make()[0], sizes[2], "90 is the quality without the option")
+
+    def test_a_limit_is_used_up_or_does_not_bind(self):
+        free, _ = self.make()
+        frames = gif_frames(self.out)
+        for share in (0.85, 0.4):
+            limit = int(share * free)
+            size, told = self.make("--max-size", limit)
+            self.assertLessEqual(size, limit)
+            self.assertGreaterEqual(size, 0.96 * limit)
+            self.assertEqual((gif_frames(self.out), gif_size(self.out)), (frames, (320, 240)))
+            self.assertRegex(told, r"bytes, quality \d+\.\d\n$")
+        size, told = self.make("--max-size", "1G")
+        self.assertEqual(size, free)
+        self.assertNotIn("quality", told)
+
+    def test_a_limit_that_nothing_can_keep(self):
+        size, _ = self.make("--quality", 1)
+        frames = gif_frames(self.out)
+        self.out.write_bytes(b"old")
+        limit = size // 2
+        result = self.run_cli(self.film, "-o", self.out, *self.short, "--max-size", limit)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(self.out.read_bytes(), b"old")
+        said = result.stderr.splitlines()[-1]
+        self.assertIn("limit", said)
+        width = int(re.search(r"width of about (\d+)", said)[1])
+        count = int(re.search(r"about (\d+) frames", said)[1])
+        self.assertLess(count, frames)
+        size, _ = self.make("--max-size", limit, "--set", f"textFieldDimensionsWidth={width}")
+        self.assertLessEqual(size, limit)
+
+    def test_loops(self):
+        setting = ["--set", "textFieldLoopCount=7"]
+        for options, field in ((["--loop", "forever"], 0), (["--loop", "once"], None),
+                               (["--loop", "3"], 3), ([], 7)):
+            self.succeed(self.clip, "-o", self.out, *setting, *options)
+            self.assertEqual(loop_field(self.out), field, options)
+
+    def test_estimate(self):
+        size, _ = self.make("--quality", 60)
+        self.out.unlink()
+        result = self.succeed(self.film, "-o", self.out, *self.short, "--quality", 60,
+                              "--estimate", "-q")
+        about = int(re.match(r"About (\d+) bytes .* 320x240, quality 60\n$", result.stdout)[1])
+        self.assertLess(abs(about / size - 1), 0.15)
+        self.assertEqual(list(self.work.iterdir()), [])
 
 
 class Making(CliTest):

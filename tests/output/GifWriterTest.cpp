@@ -268,7 +268,10 @@ TEST_F(GifWriterTest, FieldsOfTheFile) {
     GifContents gif = Write(request);
     EXPECT_EQ(gif.loops, 3);
     EXPECT_EQ(gif.images.at(1).delay, 10);
+    request.repeatForever = true;
+    EXPECT_EQ(Write(request).loops, 0);
 
+    request.repeatForever = false;
     request.loopCount = 0;
     const std::pair<double, int> delays[] = {{0.1, 10},    {0.006, 1},       {0, 1},
                                              {-5, 1},      {0.125, 13},      {655.35, 65535},

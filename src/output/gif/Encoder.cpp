@@ -328,6 +328,9 @@ class Run {
                 return;
             }
             ++written_;
+            if (ports_.imageData) {
+                ports_.imageData(frame->data.size());
+            }
             ports_.progress(std::min(written_, options_.entries));
         }
         if (end_ == EncodeEnd::Done && written_ > 0 && !ports_.write({&kTrailer, 1})) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -16,8 +17,8 @@ struct EncoderOptions {
     int entries = 0;  ///< frames to ask for
     int delayHundredths = 10;
     std::optional<std::uint16_t> loops;
-    int quality = 90;
-    int threads = 0;  ///< 0: one for each core
+    double quality = 90;  ///< 1..100
+    int threads = 0;      ///< 0: one for each core
 };
 
 /// Where frames come from and bytes go.
@@ -29,6 +30,8 @@ struct EncoderPorts {
     std::function<bool(std::span<const std::uint8_t>)> write;
     /// Entries done with, on the calling thread.
     std::function<void(int)> progress;
+    /// Bytes of each image's data, on the calling thread; may be absent.
+    std::function<void(std::size_t)> imageData;
 };
 
 enum class EncodeEnd { Done, Stopped, WriteFailed, OutOfMemory };

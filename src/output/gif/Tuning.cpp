@@ -5,12 +5,12 @@
 
 namespace lumirra::gif {
 
-EncoderTuning TuningFor(int quality) {
+EncoderTuning TuningFor(double quality) {
     constexpr float kLambdaAtNinety = 3.1F;
     constexpr float kDeadZoneAtNinety = 3.5F;
     constexpr float kStepsToDouble = 14;
     constexpr float kStepsToHalve = 4.4F;  // the last errors cost most
-    const auto below = static_cast<float>(90 - std::clamp(quality, 1, 100));
+    const auto below = static_cast<float>(90 - std::clamp(quality, 1.0, 100.0));
     const float coarser = std::exp2(below / (below > 0 ? kStepsToDouble : kStepsToHalve));
     EncoderTuning tuning;
     tuning.search.lambda = kLambdaAtNinety * coarser;

@@ -11,7 +11,7 @@ struct EncoderTuning {
     SearchTuning search;
 };
 
-/// `quality` 1..100.
-EncoderTuning TuningFor(int quality);
+/// `quality` 1..100, in steps as fine as wanted.
+EncoderTuning TuningFor(double quality);
 
 }  // namespace lumirra::gif

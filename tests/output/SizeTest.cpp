@@ -1,0 +1,190 @@
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <cmath>
+
+#include "output/GifEstimate.h"
+#include "output/SizeText.h"
+#include "output/size/RowSample.h"
+#include "output/size/SizeSearch.h"
+#include "output/size/TooLarge.h"
+#include "support/SampleMedia.h"
+
+namespace lumirra {
+namespace {
+
+/// An encoder whose bytes follow a formula, and an estimator that is off by a factor.
+struct Made {
+    std::optional<SizeSearchResult> result;
+    int encodings = 0;
+    int estimates = 0;
+};
+
+Made Find(const std::function<double(double)>& bytes, double highest, double limit, double bias) {
+    Made made;
+    SizeProbes probes;
+    probes.estimate = [&](double quality) {
+        ++made.estimates;
+        return bytes(quality) * bias;
+    };
+    probes.encode = [&](double quality) {
+        EXPECT_GE(quality, 1);
+        EXPECT_LE(quality, highest);
+        ++made.encodings;
+        return bytes(quality);
+    };
+    made.result = SearchQuality(highest, limit, probes);
+    return made;
+}
+
+TEST(SizeSearchTest, UsesTheLimitUpWithFewEncodings) {
+    const std::function<double(double)> curves[] = {
+        [](double q) { return 1e6 * std::exp(0.02 * q); },
+        [](double q) { return 2e5 + 5e4 * std::exp(0.04 * q); },
+        [](double q) { return 1e5 * std::exp(0.02 * q + (q > 60 ? 0.03 * (q - 60) : 0)); },
+        [](double q) { return 5e4 * std::pow(q + 10, 1.5) * (1 + 0.005 * std::sin(q * 9)); }};
+    for (const auto& bytes : curves) {
+        for (const double share : {0.1, 0.3, 0.55, 0.8, 0.97}) {
+            for (const double bias : {0.85, 1.0, 1.15}) {
+                const double limit = bytes(1) + share * (bytes(90) - bytes(1));
+                const Made made = Find(bytes, 90, limit, bias);
+                ASSERT_TRUE(made.result);
+                EXPECT_TRUE(made.result->fits);
+                const auto& [quality, size] = made.result->best;
+                EXPECT_DOUBLE_EQ(size, bytes(quality));
+                EXPECT_LE(size, limit);
+                EXPECT_GE(size, 0.96 * limit) << share << " " << bias;
+                // An estimate takes about a fifth of an encoding.
+                EXPECT_LE(made.encodings + made.estimates * 0.2, 4) << share << " " << bias;
+            }
+        }
+    }
+}
+
+TEST(SizeSearchTest, AsksForLittleWhenTheLimitDoesNotBind) {
+    const auto bytes = [](double q) { return 1e6 * std::exp(0.02 * q); };
+    const Made made = Find(bytes, 100, bytes(100), 1);
+    EXPECT_TRUE(made.result->fits);
+    EXPECT_EQ(made.result->best.quality, 100);
+    EXPECT_EQ(made.encodings, 1);
+}
+
+TEST(SizeSearchTest, TellsTheLowestQualityWhenNothingFits) {
+    const auto bytes = [](double q) { return 1e6 * std::exp(0.02 * q); };
+    for (const double share : {0.999, 0.5, 1e-9}) {
+        const Made made = Find(bytes, 90, bytes(1) * share, 0.9);
+        EXPECT_FALSE(made.result->fits);
+        EXPECT_EQ(made.result->best.quality, 1);
+        EXPECT_LE(made.encodings, 3);
+    }
+    // A picture that quality does not change.
+    const Made made = Find([](double) { return 5e4; }, 90, 4e4, 1);
+    EXPECT_FALSE(made.result->fits);
+}
+
+TEST(SizeSearchTest, EndsWithItsProbes) {
+    SizeProbes probes;
+    probes.estimate = [](double) { return std::optional<double>(2e6); };
+    probes.encode = [](double) { return std::optional<double>(); };
+    EXPECT_FALSE(SearchQuality(90, 1e6, probes));
+    probes.estimate = [](double) { return std::optional<double>(); };
+    EXPECT_FALSE(SearchQuality(90, 1e6, probes));
+}
+
+TEST(RowSampleTest, RowsAreInOrderAndSpread) {
+    for (const int height : {1, 2, 7, 15, 64, 130, 240, 481, 2160}) {
+        const std::vector<int> rows = SampleRows(height);
+        ASSERT_FALSE(rows.empty());
+        EXPECT_GE(rows.front(), 0);
+        EXPECT_LT(rows.back(), height);
+        for (std::size_t i = 1; i < rows.size(); ++i) {
+            EXPECT_GT(rows[i], rows[i - 1]);
+            EXPECT_LE(rows[i] - rows[i - 1], std::max(height, 130));
+        }
+        EXPECT_LE(static_cast<int>(rows.size()), std::max(height / 5, 1));
+    }
+}
+
+TEST(TooLargeTest, SaysByHowMuchAndWhatWouldFit) {
+    const Failure failure = StillTooLarge({.limit = 1'000'000,
+                                           .width = 400,
+                                           .bytesUpTo = {400'000, 700'000, 999'999, 1'300'000},
+                                           .bytes = 1'300'001});
+    for (const char* part : {"1.30 MB", "300 KB", "1.00 MB", "3 frames", "instead of 4"}) {
+        EXPECT_TRUE(failure.message.contains(QLatin1String(part))) << qPrintable(failure.message);
+    }
+    EXPECT_EQ(SizeText(812), QStringLiteral("812 bytes"));
+    EXPECT_EQ(SizeText(64'540), QStringLiteral("64.5 KB"));
+    EXPECT_EQ(SizeText(999'700), QStringLiteral("1.00 MB"));
+    EXPECT_EQ(SizeText(123'456'789), QStringLiteral("123 MB"));
+}
+
+QStringList FramesOf(const char* clip, const QTemporaryDir& folder, int count) {
+    const QString pattern = folder.filePath(QStringLiteral("%1.png"));
+    const QString media = QDir(QStringLiteral(LUMIRRA_MEDIA_DIR)).filePath(QLatin1String(clip));
+    QProcess ffmpeg;
+    ffmpeg.start(QStringLiteral("ffmpeg"),
+                 {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), media,
+                  QStringLiteral("-vf"), QStringLiteral("fps=10"), QStringLiteral("-frames:v"),
+                  QString::number(count), folder.filePath(QStringLiteral("%d.png"))});
+    EXPECT_TRUE(ffmpeg.waitForFinished(60000));
+    QStringList paths;
+    for (int i = 1; i <= count; ++i) {
+        paths << pattern.arg(i);
+    }
+    return paths;
+}
+
+TEST(GifEstimateTest, IsNearTheTruthOnFilmsAndScreens) {
+    LUMIRRA_NEED_SAMPLE_MEDIA();
+    for (const char* clip : {"rabbit320.mp4", "bottle-detection.mp4", "screencast.mp4"}) {
+        const QTemporaryDir folder;
+        GifRequest request;
+        request.framePaths = FramesOf(clip, folder, 50);
+        request.framePaths << folder.filePath(QStringLiteral("missing.png"));
+        request.destination = folder.filePath(QStringLiteral("out.gif"));
+        for (const double quality : {20.0, 90.0}) {
+            request.quality = quality;
+            const auto gif = WriteGif(request, {}, {});
+            ASSERT_TRUE(gif);
+            request.threads = 1;
+            const auto one = EstimateGif(request, {});
+            request.threads = 3;
+            const auto three = EstimateGif(request, {});
+            ASSERT_TRUE(one && three);
+            EXPECT_EQ(one->bytes, three->bytes);
+            EXPECT_EQ(one->frames, 50);
+            EXPECT_EQ(one->height, gif->height);
+            EXPECT_NEAR(static_cast<double>(one->bytes) / static_cast<double>(gif->bytes), 1, 0.15)
+                << clip << " " << quality;
+        }
+    }
+}
+
+TEST(GifEstimateTest, SmallOnesAreExactAndFailuresAreTold) {
+    const QTemporaryDir folder;
+    QImage image(40, 30, QImage::Format_RGBA8888);
+    image.fill(Qt::darkCyan);
+    GifRequest request;
+    request.framePaths = {folder.filePath(QStringLiteral("a.png"))};
+    ASSERT_TRUE(image.save(request.framePaths.front()));
+    request.destination = folder.filePath(QStringLiteral("out.gif"));
+    request.repeatForever = true;
+    const auto estimate = EstimateGif(request, {});
+    ASSERT_TRUE(estimate);
+    EXPECT_FALSE(QFile::exists(request.destination));
+    EXPECT_EQ(estimate->bytes, WriteGif(request, {}, {})->bytes);
+
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_EQ(EstimateGif(request, stop.get_token()).failure().kind, Failure::Kind::Stopped);
+    request.framePaths = {folder.filePath(QStringLiteral("none.png"))};
+    EXPECT_EQ(EstimateGif(request, {}).failure().kind, Failure::Kind::Unreadable);
+}
+
+}  // namespace
+}  // namespace lumirra
