@@ -53,6 +53,7 @@ void ViewController::InitializeControls() {
     ui_.imageViewVideo->SetProblem(QString());
     ui_.imageViewVideo->SetImage(QImage());
     state_.videoPath.clear();
+    RefreshSizeEstimate();
 }
 
 void ViewController::MarkModified() {

@@ -65,6 +65,7 @@ void ViewController::OnLoadProfile() {
     setWindowTitle(TitleOf(state_.currentProfilePath));
     UpdateVideoPreview();
     UpdateCropResizeGeometry();
+    RefreshSizeEstimate();
 }
 
 }  // namespace lumirra

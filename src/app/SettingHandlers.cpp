@@ -50,6 +50,7 @@ void ViewController::OnControlEdited(Control control) {
     if (consequence.markModified) {
         MarkModified();
     }
+    RefreshSizeEstimate();
 }
 
 void ViewController::ResetGroup(lumirra::ResetGroup group, std::optional<Control> onlyWhenOn) {
@@ -86,6 +87,7 @@ void ViewController::OnTextReset() {
 
 void ViewController::OnOutputReset() {
     controls_->Write(ResetGroupOf(Values(), lumirra::ResetGroup::Output));
+    RefreshSizeEstimate();
 }
 
 }  // namespace lumirra

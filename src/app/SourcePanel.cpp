@@ -87,6 +87,8 @@ void ViewController::RefreshControlStates() {
     for (QAbstractButton* button : {ui_.buttonMoveUp, ui_.buttonMoveDown}) {
         button->setEnabled(state_.frames.CanMove());
     }
+    ShowOutputPreferences();
+    RefreshSizeEstimate();
 }
 
 /// With the position at the start.

@@ -6,6 +6,7 @@
 
 #include "app/Dialogs.h"
 #include "app/MainWindow.h"
+#include "app/OutputPreferences.h"
 #include "app/PreviewSource.h"
 #include "app/ProjectState.h"
 
@@ -14,6 +15,7 @@ class QMediaPlayer;
 namespace lumirra {
 
 class ControlWidgets;
+class SizeEstimate;
 
 /// The window's controller: owns all state for the life of the window and handles every command.
 /// All operations run on the main thread; workers get copies and answer with queued calls.
@@ -51,6 +53,12 @@ class ViewController : public MainWindow {
     void OnVignetteReset();
     void OnTextReset();
     void OnOutputReset();
+
+    // OutputTab.cpp: what is kept for the user, not in the profile, and the line with the size
+    OutputPreferences Preferences() const;
+    void OnOutputPreferenceChanged();
+    /// To be called after the frame list or the output settings changed; cheap.
+    void RefreshSizeEstimate();
 
     // CropResize.cpp
     void UpdateCropResizeGeometry();
@@ -100,6 +108,8 @@ class ViewController : public MainWindow {
     void ConnectSourcePanel();
     void ConnectCommands();
     void ConnectMenus();
+    void ConnectOutputTab();
+    void ShowOutputPreferences();
     void DimPanelButtons();
 
     void flagsChanged(const QKeyEvent& event);
@@ -129,6 +139,7 @@ class ViewController : public MainWindow {
     QString temporaryFolder_;
     Ui::MainWindow& ui_;
     std::unique_ptr<ControlWidgets> controls_;
+    std::unique_ptr<SizeEstimate> sizeEstimate_;
     ProjectState state_;
 
     std::unique_ptr<QMediaPlayer> player_;

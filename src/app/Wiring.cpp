@@ -8,6 +8,7 @@
 
 #include "app/ControlWidgets.h"
 #include "app/HelpPages.h"
+#include "app/SizeEstimate.h"
 #include "app/ViewController.h"
 #include "sources/StillReader.h"
 #include "ui_MainWindow.h"
@@ -44,6 +45,7 @@ ViewController::ViewController(Theme& theme, Dialogs& dialogs, QString temporary
     DimPanelButtons();
     controls_ = std::make_unique<ControlWidgets>(
         *this, [this](Control control) { OnControlEdited(control); });
+    ConnectOutputTab();
     InitializeControls();
     RefreshControlStates();
     ConnectSourcePanel();
