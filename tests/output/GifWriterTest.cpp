@@ -169,6 +169,37 @@ TEST_F(GifWriterTest, FewColorsAreExact) {
     }
 }
 
+// No image has more than 255 colours, but all of them together do, and those that go on being shown
+// need not be in a later image's table, where their neighbours in colour are.
+TEST_F(GifWriterTest, DrawingsStayExactWhileTheirColorsChange) {
+    const auto color = [](int x, int y, int step) {
+        return QColor(20 * (x % 5), 100 + 40 * (x % 3), y / 10 * 20 + step);
+    };
+    QImage drawing(96, 64, QImage::Format_RGBA8888);
+    for (int y = 0; y < drawing.height(); ++y) {
+        for (int x = 0; x < drawing.width(); ++x) {
+            drawing.setPixelColor(x, y, color(x, y, 0));
+        }
+    }
+    std::vector<QImage> frames = {drawing};
+    for (int step = 1; step < 10; ++step) {
+        drawing = frames.front();
+        for (int y = 10; y < 50; ++y) {
+            for (int x = 0; x < 40; ++x) {
+                const int slanted = x + y / 2 + step;
+                drawing.setPixelColor(slanted, y, color(slanted, y, step));
+            }
+        }
+        frames.push_back(drawing);
+        frames.push_back(step % 2 == 0 ? frames.front() : drawing);
+    }
+    const GifContents gif = Write(Request(Store(frames)));
+    ASSERT_EQ(gif.images.size(), frames.size());
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        EXPECT_EQ(gif.images[i].canvas, frames[i]) << i;
+    }
+}
+
 TEST_F(GifWriterTest, PixelsMayVanishAndComeBack) {
     std::vector<QImage> frames;
     for (const int step : {0, 1, 1, 2, 0, 5}) {

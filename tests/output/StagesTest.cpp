@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <limits>
 #include <random>
+#include <set>
+#include <string>
 
 #include "output/GifDecode.h"
+#include "output/gif/Masking.h"
 #include "output/gif/Nearest.h"
 #include "output/gif/Palette.h"
 #include "output/gif/StringSearch.h"
@@ -35,8 +38,9 @@ struct Searched {
 };
 
 Searched Search(const Picture& goal, const std::vector<Rgba>& palette, bool exact,
-                const Screen* before) {
+                const Screen* before, const SearchTuning& tuning = {}) {
     SearchJob job;
+    job.tuning = tuning;
     job.goal = &goal;
     job.palette = &palette;
     job.exact = exact;
@@ -87,6 +91,15 @@ TEST(StringSearchTest, PlainReaderGetsTheExactPixelsBack) {
                                  : second.indices[i] == wanted[i]);
             }
             EXPECT_EQ(second.screen.shown.pixels, goal.pixels);
+
+            // What stands already need not be in the palette, and what is near it is not right.
+            Picture odd = goal;
+            Screen standing = half;
+            for (std::size_t i = 0; i < odd.Size(); i += 1 + random() % 5) {
+                odd.pixels[i].b ^= 1U;
+                standing.shown.pixels[i] = odd.pixels[i];
+            }
+            EXPECT_EQ(Search(odd, palette, true, &standing).screen.shown.pixels, odd.pixels);
         }
     }
 }
@@ -107,6 +120,76 @@ TEST(StringSearchTest, LossyScreenIsWhatTheReaderSees) {
         ASSERT_EQ(shown, result.screen.shown.pixels[i]);
         ASSERT_EQ(shown.a, goal.pixels[i].a) << "neither holes filled nor pixels dropped";
     }
+}
+
+/// Bits that a plain coder, always taking the longest string known, makes of these pixels.
+int PlainBits(const std::vector<std::uint8_t>& indices, int codeBits) {
+    std::set<std::string> known;
+    int next = (1 << codeBits) + 2;
+    int width = codeBits + 1;
+    int bits = width;  // the clear code
+    std::string string;
+    for (const std::uint8_t index : indices) {
+        string.push_back(static_cast<char>(index));
+        if (string.size() == 1 || known.count(string) != 0) {
+            continue;
+        }
+        bits += width;
+        known.insert(string);
+        width += ++next > 1 << width ? 1 : 0;
+        string.assign(1, static_cast<char>(index));
+    }
+    return bits + 2 * width;  // the last string and the end code
+}
+
+// No choice of colours for so small a picture can be much better than the one searched for, error
+// and bits weighed as the search is told to.
+TEST(StringSearchTest, CloseToTheBestOfAllPictures) {
+    std::mt19937 random(8);
+    double searched = 0;
+    double least = 0;
+    for (int round = 0; round < 40; ++round) {
+        const auto near = [&](int level) {
+            return static_cast<std::uint8_t>(level + random() % 9);
+        };
+        std::vector<Rgba> palette;
+        for (int c = 0; c < 3; ++c) {
+            palette.push_back({near(100 + 8 * c), near(100), near(100), 255});
+        }
+        Picture goal = Blank(9, 1);
+        for (Rgba& pixel : goal.pixels) {
+            pixel = {near(100 + static_cast<int>(random() % 17)), near(100), near(100), 255};
+        }
+        SearchJob job;
+        job.tuning.lambda = 15;    // enough for strings to be worth an error
+        job.tuning.diffusion = 0;  // so that errors are those of the goal itself
+        job.tuning.bandDiffusion = 0;
+        std::vector<float> weights(goal.Size());
+        MaskingRow(goal, 0, weights.data());
+        const auto cost = [&](const std::vector<std::uint8_t>& indices) {
+            double error = 0;
+            for (std::size_t i = 0; i < indices.size(); ++i) {
+                error += static_cast<double>(weights[i]) *
+                         Distance(ToneOf(goal.pixels[i]), ToneOf(palette[indices[i]]));
+            }
+            return error + static_cast<double>(job.tuning.lambda) * PlainBits(indices, 2);
+        };
+        double best = std::numeric_limits<double>::max();
+        for (int code = 0; code < 19683; ++code) {
+            std::vector<std::uint8_t> indices;
+            for (int i = 0, rest = code; i < 9; ++i, rest /= 3) {
+                indices.push_back(static_cast<std::uint8_t>(rest % 3));
+            }
+            best = std::min(best, cost(indices));
+        }
+        const Searched result = Search(goal, palette, false, nullptr, job.tuning);
+        const double found = cost(result.indices);
+        EXPECT_GE(found, best - 1e-6);
+        EXPECT_LE(found, best * 1.5) << round;
+        searched += found;
+        least += best;
+    }
+    EXPECT_LE(searched, least * 1.09);
 }
 
 TEST(StringSearchTest, KeptPictureCostsAlmostNothing) {
