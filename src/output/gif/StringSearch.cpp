@@ -38,11 +38,11 @@ struct alignas(32) Pixel {
     float keepError = kNever;
 };
 
-Tone Minus(const Tone& a, const Tone& b) {
+HWY_INLINE Tone Minus(const Tone& a, const Tone& b) {
     return {a.y - b.y, a.u - b.u, a.v - b.v};
 }
 
-float Limited(float value) {
+HWY_INLINE float Limited(float value) {
     return std::clamp(value, -kLargestPassedOn, kLargestPassedOn);
 }
 
@@ -358,7 +358,7 @@ class Searcher {
     }
 
     /// A sixteenth of what a pixel's neighbours are to make up for.
-    Tone PassedOn(const Tone& rest) const {
+    HWY_INLINE Tone PassedOn(const Tone& rest) const {
         constexpr float kShows = 25;
         const float strength =
             std::min((rest.y * rest.y + rest.u * rest.u + rest.v * rest.v) / kShows, 1.0F);
