@@ -13,12 +13,26 @@ bool SameSize(const GifRequest& a, const GifRequest& b) {
            a.fitMode == b.fitMode && a.quality == b.quality && a.maxBytes == b.maxBytes;
 }
 
+QString TextOf(const GifRequest& request, const Outcome<GifEstimate>& estimate) {
+    if (!estimate) {
+        return estimate.failure().message;
+    }
+    const QString size = SizeText(estimate->bytes);
+    if (request.maxBytes > 0 && estimate->bytes > request.maxBytes) {
+        return SizeEstimate::tr(
+                   "About %1 without the limit; the quality will be lowered to fit %2.")
+            .arg(size, SizeText(request.maxBytes));
+    }
+    return SizeEstimate::tr("About %1").arg(size);
+}
+
 }  // namespace
 
 SizeEstimate::SizeEstimate(QLabel& line, QObject* parent) : QObject(parent), line_(line) {
     rest_.setSingleShot(true);
     rest_.setInterval(kRestMilliseconds);
     connect(&rest_, &QTimer::timeout, this, &SizeEstimate::Start);
+    connect(this, &SizeEstimate::Found, this, &SizeEstimate::Finish, Qt::QueuedConnection);
 }
 
 SizeEstimate::~SizeEstimate() {
@@ -49,32 +63,17 @@ void SizeEstimate::Start() {
     line_.setText(tr("Estimating the size…"));
     worker_ =
         std::jthread([this, request = request_, number = number_](const std::stop_token& stop) {
-            auto estimate = EstimateGif(request, stop);
-            QMetaObject::invokeMethod(
-                this, [this, estimate = std::move(estimate), number] { Finish(estimate, number); },
-                Qt::QueuedConnection);
+            Q_EMIT Found(TextOf(request, EstimateGif(request, stop)), number);
         });
 }
 
-void SizeEstimate::Finish(const Outcome<GifEstimate>& estimate, quint64 number) {
+void SizeEstimate::Finish(const QString& text, quint64 number) {
     working_ = false;
-    if (number != number_) {
-        if (!rest_.isActive() && !request_.framePaths.isEmpty()) {
-            Start();
-        }
-    } else if (estimate) {
-        Show(*estimate);
-    } else {
-        line_.setText(estimate.failure().message);
+    if (number == number_) {
+        line_.setText(text);
+    } else if (!rest_.isActive() && !request_.framePaths.isEmpty()) {
+        Start();
     }
-}
-
-void SizeEstimate::Show(const GifEstimate& estimate) {
-    const QString size = SizeText(estimate.bytes);
-    line_.setText(request_.maxBytes > 0 && estimate.bytes > request_.maxBytes
-                      ? tr("About %1 without the limit; the quality will be lowered to fit %2.")
-                            .arg(size, SizeText(request_.maxBytes))
-                      : tr("About %1").arg(size));
 }
 
 }  // namespace lumirra

@@ -25,10 +25,13 @@ class SizeEstimate : public QObject {
     /// The line does not show yet what was asked for last.
     bool IsBusy() const { return rest_.isActive() || working_; }
 
+  Q_SIGNALS:
+    /// From the worker: the words for the request of that number.
+    void Found(const QString& text, quint64 number);
+
   private:
     void Start();
-    void Finish(const Outcome<GifEstimate>& estimate, quint64 number);
-    void Show(const GifEstimate& estimate);
+    void Finish(const QString& text, quint64 number);
 
     QLabel& line_;
     QTimer rest_;

@@ -45,7 +45,7 @@ std::uint64_t ContentOfRow(const gif::Rgba* before, const gif::Rgba* row, int wi
 
 }  // namespace
 
-void ContentMeter::Add(int entry, Shared frame) {
+void ContentMeter::Add(int entry, const Shared& frame) {
     Shared before;
     Shared after;
     {

@@ -19,7 +19,7 @@ class ContentMeter {
     explicit ContentMeter(const std::vector<int>& rows) : rows_(rows) {}
 
     /// Each entry once, from number 0 on; nothing for one that is left out.
-    void Add(int entry, std::shared_ptr<const gif::Picture> frame);
+    void Add(int entry, const std::shared_ptr<const gif::Picture>& frame);
 
     /// Content of all rows over that of the sampled ones. Once all frames have come.
     double Ratio() const;
