@@ -74,6 +74,7 @@ void ViewController::OnFileNew() {
     if (!MayLoseChanges(tr("You have unsaved changes that will be lost. Continue?"))) {
         return;
     }
+    job_.Stop();
     if (IsPlaying()) {
         StopPlayback();
     }
@@ -98,6 +99,7 @@ void ViewController::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
+    job_.Stop();
     SaveLayout();
     CleanTemporaryFiles();
     event->accept();

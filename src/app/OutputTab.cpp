@@ -49,6 +49,9 @@ void ViewController::OnOutputPreferenceChanged() {
 
 /// What does not count just now is greyed out.
 void ViewController::ShowOutputPreferences() {
+    ui_.sliderQuality->setEnabled(true);
+    ui_.checkMaxSize->setEnabled(true);
+    ui_.checkRepeatForever->setEnabled(true);
     ui_.fieldMaxSize->setEnabled(ui_.checkMaxSize->isChecked());
     const bool counts = !ui_.checkRepeatForever->isChecked();
     ui_.textFieldLoopCount->setEnabled(counts);

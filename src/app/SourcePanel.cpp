@@ -89,6 +89,12 @@ void ViewController::RefreshControlStates() {
     }
     ShowOutputPreferences();
     RefreshSizeEstimate();
+    if (RunningJob() != BackgroundJob::Kind::None) {
+        DisableAllControls();
+        return;
+    }
+    AcceptSources(true);
+    ReturnFocus();
 }
 
 /// With the position at the start.

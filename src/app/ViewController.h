@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QThreadPool>
 #include <memory>
 #include <optional>
@@ -9,6 +10,7 @@
 #include "app/OutputPreferences.h"
 #include "app/PreviewSource.h"
 #include "app/ProjectState.h"
+#include "app/jobs/BackgroundJob.h"
 
 class QMediaPlayer;
 
@@ -43,6 +45,12 @@ class ViewController : public MainWindow {
     void DeleteFrameFile(const QString& path);
     void DeleteTempGif();
     void CleanTemporaryFiles();
+
+    // BusyLock.cpp: the controls while a job runs
+    /// `RefreshControlStates` undoes it once no job runs; until then it keeps the lock.
+    void DisableAllControls();
+    /// The one long job that runs just now.
+    BackgroundJob::Kind RunningJob() const { return job_.Running(); }
 
     // SettingHandlers.cpp: what follows when a person changed a setting control, by its row
     void OnControlEdited(Control control);
@@ -118,6 +126,9 @@ class ViewController : public MainWindow {
     void ResetGroup(lumirra::ResetGroup group, std::optional<Control> onlyWhenOn);
     void WriteProfile();
 
+    void ReturnFocus();
+    void AcceptSources(bool accepted);
+
     ImageSize BaseSize() const;
     bool HasSource() const;
     bool ShowsPicture() const;
@@ -149,6 +160,8 @@ class ViewController : public MainWindow {
     bool dragWaiting_ = false;
     double sourceDuration_ = 0;
     double sourceFrameRate_ = 0;
+    QPointer<QWidget> focusBeforeLock_;
+    BackgroundJob job_;
     /// Last: its destructor waits for the jobs that use the rest.
     QThreadPool jobs_;
 };
