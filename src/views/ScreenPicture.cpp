@@ -48,6 +48,8 @@ void Sample(const QImage& image, const QRect& picture, const QRect& window, QIma
 void DrawSmoothly(const QImage& image, const QRect& picture, const QRect& window, QImage& out) {
     QPainter painter(&out);
     painter.translate(-window.topLeft());
+    // Where the picture is transparent nothing of what the memory held may shine through.
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
     if (picture.width() < image.width() || picture.height() < image.height()) {
         const QImage premultiplied = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
         painter.drawImage(
