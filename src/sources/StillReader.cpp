@@ -9,7 +9,7 @@
 #include <cmath>
 #include <new>
 
-#include "sources/stills/Jpeg2000.h"
+#include "sources/VideoEngine.h"
 #include "sources/stills/PictureFile.h"
 #include "sources/stills/PngFile.h"
 
@@ -152,7 +152,11 @@ SourceImage Jpeg2000Picture(const QString& path, QIODevice& device) {
     if (const auto problem = SizeProblem(path, *size, device.size())) {
         return {{}, problem};
     }
-    SourceImage picture{ReadJpeg2000(device), std::nullopt};
+    const auto engine = LoadedVideoEngine();
+    if (!engine) {
+        return {{}, engine.failure()};
+    }
+    SourceImage picture{(*engine)->ReadJpeg2000(device), std::nullopt};
     return picture.image.isNull() ? UnreadablePicture(path) : picture;
 }
 

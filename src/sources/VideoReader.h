@@ -36,6 +36,8 @@ struct VideoReaderOptions {
 /// For positions that follow somebody's hand: a few seconds of film.
 inline constexpr VideoReaderOptions kScrubbing = {160LL << 20};
 
+class OpenedVideo;
+
 /// An open video that serves pictures by position. Ascending positions are served by decoding on;
 /// any other order works by seeking. Not thread-safe; may move between threads.
 class VideoReader {
@@ -56,9 +58,8 @@ class VideoReader {
     SourceImage At(double position);
 
   private:
-    struct State;
-    explicit VideoReader(std::unique_ptr<State> state);
-    std::unique_ptr<State> state_;
+    explicit VideoReader(std::unique_ptr<OpenedVideo> video);
+    std::unique_ptr<OpenedVideo> video_;
 };
 
 }  // namespace lumirra

@@ -1,13 +1,8 @@
 #include "sources/VideoTools.h"
 
-#include <array>
-#include <cmath>
-#include <cstdint>
-
 #include "sources/StillReader.h"
+#include "sources/VideoEngine.h"
 #include "sources/VideoReader.h"
-#include "sources/video/MediaFile.h"
-#include "sources/video/MediaTime.h"
 
 namespace lumirra::VideoTools {
 
@@ -15,8 +10,8 @@ namespace {
 
 // A picture by what is in the file, whatever its name.
 bool HoldsPicture(const QString& path) {
-    const auto file = MediaFile::Open(path);
-    return file && file->IsPicture();
+    const auto engine = LoadedVideoEngine();
+    return engine && (*engine)->HoldsPicture(path);
 }
 
 }  // namespace
@@ -41,15 +36,8 @@ double Duration(const QString& path) {
     if (path.isEmpty() || IsStillImage(path)) {
         return 0;
     }
-    auto opened = VideoStream::Open(path);
-    if (!opened) {
-        return 0;
-    }
-    VideoStream stream = *std::move(opened);
-    if (stream.Format()->duration <= 0) {
-        stream.Next();  // the time of the first frame matters only where frames have to be counted
-    }
-    return MediaDuration(stream);
+    const auto engine = LoadedVideoEngine();
+    return engine ? (*engine)->Duration(path) : 0;
 }
 
 QString TimeLabelAtPosition(const QString& path, double position) {

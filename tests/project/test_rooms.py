@@ -9,6 +9,7 @@ SRC = ROOT / "src"
 ROW = re.compile(r"^\| (\d) \| `(\w+)/` \| [^|]+ \| ([^|]+) \|")
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.M)
 USES = re.compile(r"lumirra_room\(\s*(\w+)(?:[^)]*?\bUSES((?:\s+[a-z]+)+))?")
+MODULE = re.compile(r"^lumirra_module\((\w+) (\w+)", re.M)
 
 
 def table():
@@ -61,6 +62,22 @@ class Rooms(unittest.TestCase):
             if match:
                 uses = set((match.group(2) or "").split())
                 self.assertLessEqual(uses, self.rooms[match.group(1)][1], str(path))
+
+    def test_modules_are_entered_by_their_door_alone(self):
+        modules = [(path.parent.name, *match) for path in SRC.glob("*/CMakeLists.txt")
+                   for match in MODULE.findall(path.read_text())]
+        self.assertGreaterEqual(len(modules), 1)
+        for folder, room, name in modules:
+            self.assertEqual(folder, room)
+            home = SRC / room / name
+            self.assertTrue((home / "Module.cpp").is_file(), home)
+            for path in SRC.rglob("*"):
+                if path.suffix in (".h", ".cpp") and home not in path.parents:
+                    self.assertNotIn(f'#include "{room}/{name}/', path.read_text(), str(path))
+        outside = [path for path in SRC.rglob("*") if path.suffix in (".h", ".cpp")
+                   and SRC / "sources/video" not in path.parents]
+        for path in outside:
+            self.assertNotRegex(path.read_text(), r"#include <lib(av|sw)", str(path))
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-#include "sources/stills/Jpeg2000.h"
+#include "sources/video/Jpeg2000.h"
 
 #include "sources/StillReader.h"
 #include "sources/video/Ffmpeg.h"

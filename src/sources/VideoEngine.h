@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QIODevice>
+#include <QImage>
+#include <QString>
+#include <memory>
+
+#include "imaging/Outcome.h"
+#include "sources/VideoReader.h"
+
+namespace lumirra {
+
+/// An open video: what `VideoReader` hands its calls to.
+class OpenedVideo {
+  public:
+    virtual ~OpenedVideo() = default;
+    virtual const VideoInfo& Info() const = 0;
+    virtual SourceImage At(double position) = 0;
+};
+
+/// All that needs the media libraries. These bring more than a hundred others with them, so the
+/// engine is a library of its own, loaded when the first video is opened. Any thread.
+class VideoEngine {
+  public:
+    virtual ~VideoEngine() = default;
+    virtual Outcome<std::unique_ptr<OpenedVideo>> Open(const QString& path,
+                                                       const VideoReaderOptions& options) const = 0;
+    /// In seconds; 0 when the file is not a readable video.
+    virtual double Duration(const QString& path) const = 0;
+    /// Whether a single picture is in the file, by what is in it.
+    virtual bool HoldsPicture(const QString& path) const = 0;
+    /// The picture of a JPEG 2000 file, read from the device's start; RGBA8888, null when it cannot
+    /// be decoded. Its size must have been checked before.
+    virtual QImage ReadJpeg2000(QIODevice& device) const = 0;
+};
+
+/// The engine, which lives as long as the program. The first call loads it (a tenth of a second or
+/// so); others that come meanwhile wait. Fails, then and ever after, when the library is missing or
+/// something that it needs is.
+Outcome<const VideoEngine*> LoadedVideoEngine();
+
+}  // namespace lumirra

@@ -1,0 +1,50 @@
+"""Installs the programs in a temporary folder and runs them from there: the parts that they load are
+found, and one that is missing is told of.
+
+usage: test_install.py BUILD_FOLDER MEDIA_FOLDER
+"""
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+BUILD, MEDIA = (pathlib.Path(argument) for argument in sys.argv[1:3])
+
+
+class Install(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(folder.cleanup)
+        cls.prefix = pathlib.Path(folder.name) / "tree with a space"
+        subprocess.run(["cmake", "--install", BUILD, "--prefix", cls.prefix],
+                       check=True, stdout=subprocess.DEVNULL)
+
+    def run_cli(self, *words):
+        # Elsewhere than here: nothing may be found because of the folder that we are in.
+        return subprocess.run([self.prefix / "bin/lumirra-cli", *words], cwd=self.prefix,
+                              capture_output=True, text=True, timeout=120)
+
+    def test_modules_are_found_and_missed(self):
+        clip, picture = MEDIA / "rabbit320.mp4", MEDIA / "photo.jpg"
+        found = self.run_cli("--info", clip)
+        self.assertEqual(found.returncode, 0, found.stderr)
+        self.assertIn("h264", found.stdout)
+
+        [module] = self.prefix.rglob("lumirra-video.so")
+        module.rename(module.with_suffix(".away"))
+        try:
+            missed = self.run_cli("--info", clip)
+            self.assertEqual(missed.returncode, 1)
+            self.assertIn("Videos cannot be read", missed.stderr)
+            self.assertIn("lumirra-video.so", missed.stderr)
+            self.assertEqual(self.run_cli(clip, "-o", self.prefix / "no.gif").returncode, 1)
+            self.assertFalse((self.prefix / "no.gif").exists())
+            self.assertEqual(self.run_cli("--info", picture).returncode, 0, "pictures need it not")
+        finally:
+            module.with_suffix(".away").rename(module)
+
+
+if __name__ == "__main__":
+    sys.exit(unittest.main(argv=sys.argv[:1]))
