@@ -1,18 +1,15 @@
 #include "imaging/WorkingMemory.h"
 
-#ifdef __GLIBC__
 #include <malloc.h>
-#endif
 
 namespace lumirra {
 
 void KeepWorkingMemory() {
-#ifdef __GLIBC__
     constexpr int kMegabyte = 1024 * 1024;
     mallopt(M_MMAP_THRESHOLD, 32 * kMegabyte);  // the most that the library allows
     mallopt(M_TRIM_THRESHOLD, 128 * kMegabyte);
-    mallopt(M_TOP_PAD, 16 * kMegabyte);
-#endif
+    // A thread's heap would give back what is free at its end beyond this: as large as a heap is.
+    mallopt(M_TOP_PAD, 64 * kMegabyte);
 }
 
 }  // namespace lumirra
