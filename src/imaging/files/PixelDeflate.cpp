@@ -182,17 +182,21 @@ void PutRows(BitWriter& writer, const HuffmanCode& code, std::span<const std::ui
 
 PixelDeflate::PixelDeflate(QByteArray& out)
     : out_(out), checksum_(static_cast<std::uint32_t>(adler32(0, nullptr, 0))) {
-    out_.append('\x78');  // deflate with a 32 KiB window
-    out_.append('\x01');  // fastest; makes the two bytes a multiple of 31
+    // Deflate with a 32 KiB window, 0x78; the fastest, 0x01, makes the two a multiple of 31.
+    bits_ = 0x0178;
+    bitCount_ = 16;
+}
+
+std::size_t PixelDeflate::MostBytes(std::size_t rowBytes) {
+    constexpr std::size_t kHeaderBytes = 512;
+    return rowBytes * kLongestCode / 8 + kHeaderBytes;
 }
 
 void PixelDeflate::Block(std::span<const std::uint8_t> rows, int pixels, bool last) {
     const HuffmanCode code = MakeHuffmanCode(CountSymbols(rows, pixels));
 
-    constexpr qsizetype kHeaderBytes = 512;
     const qsizetype before = out_.size();
-    const auto most = static_cast<qsizetype>(rows.size() * kLongestCode / 8) + kHeaderBytes;
-    out_.resize(before + most);
+    out_.resize(before + static_cast<qsizetype>(MostBytes(rows.size())));
     auto* const start = reinterpret_cast<std::uint8_t*>(out_.data()) + before;
     BitWriter writer{start, bits_, bitCount_};
     PutHeader(writer, code, last);

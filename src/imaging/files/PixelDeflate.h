@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -11,12 +12,15 @@ namespace lumirra {
 /// nearly its size, because filtered photographs hold few other repeats. Formats: RFC 1950, 1951.
 class PixelDeflate {
   public:
-    /// The stream is appended to `out`, which must outlive this object.
+    /// Each block is appended to `out`, which must outlive this object.
     explicit PixelDeflate(QByteArray& out);
 
     /// `rows`: whole rows, each one filter byte and `pixels` times four bytes. The stream is
     /// complete after the block that is `last`.
     void Block(std::span<const std::uint8_t> rows, int pixels, bool last);
+
+    /// What the output is lengthened by, for a while, for a block of that many bytes.
+    static std::size_t MostBytes(std::size_t rowBytes);
 
   private:
     QByteArray& out_;

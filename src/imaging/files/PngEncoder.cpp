@@ -4,8 +4,8 @@
 
 #include <QtEndian>
 #include <algorithm>
+#include <memory>
 #include <new>
-#include <vector>
 
 #include "imaging/files/PixelDeflate.h"
 
@@ -20,26 +20,32 @@ void AppendNumber(QByteArray& file, std::uint32_t number) {
     file.append(reinterpret_cast<const char*>(&number), sizeof number);
 }
 
-void AppendChunk(QByteArray& file, const char* type, const QByteArray& data) {
-    AppendNumber(file, static_cast<std::uint32_t>(data.size()));
+/// A chunk's data is appended to the file itself between these two; `start` is what the first gave.
+qsizetype BeginChunk(QByteArray& file, const char* type) {
+    AppendNumber(file, 0);  // the length, known at the end
     const qsizetype start = file.size();
     file.append(type, 4);
-    file.append(data);
-    const auto* checked = reinterpret_cast<const Bytef*>(file.constData() + start);
-    AppendNumber(file, static_cast<std::uint32_t>(
-                           crc32_z(0, checked, static_cast<z_size_t>(file.size() - start))));
+    return start;
 }
 
-QByteArray HeaderOf(const QImage& rgba) {
+void EndChunk(QByteArray& file, qsizetype start) {
+    const qsizetype checked = file.size() - start;
+    qToBigEndian(static_cast<std::uint32_t>(checked - 4), file.data() + start - 4);
+    const auto* bytes = reinterpret_cast<const Bytef*>(file.constData() + start);
+    AppendNumber(file,
+                 static_cast<std::uint32_t>(crc32_z(0, bytes, static_cast<z_size_t>(checked))));
+}
+
+void AppendHeader(QByteArray& file, const QImage& rgba) {
     constexpr char kEightBits = 8;
     constexpr char kTrueColourWithAlpha = 6;
-    QByteArray header;
-    AppendNumber(header, static_cast<std::uint32_t>(rgba.width()));
-    AppendNumber(header, static_cast<std::uint32_t>(rgba.height()));
-    header.append(kEightBits);
-    header.append(kTrueColourWithAlpha);
-    header.append(3, '\0');  // deflate, the standard filters, not interlaced
-    return header;
+    const qsizetype start = BeginChunk(file, "IHDR");
+    AppendNumber(file, static_cast<std::uint32_t>(rgba.width()));
+    AppendNumber(file, static_cast<std::uint32_t>(rgba.height()));
+    file.append(kEightBits);
+    file.append(kTrueColourWithAlpha);
+    file.append(3, '\0');  // deflate, the standard filters, not interlaced
+    EndChunk(file, start);
 }
 
 /// The filter byte and the row less the row above it; the first row stands below zeros.
@@ -58,25 +64,30 @@ void FilterRow(const QImage& rgba, int y, std::uint8_t* out) {
 }
 
 QByteArray EncodeWhole(const QImage& rgba) {
-    QByteArray file("\x89PNG\r\n\x1a\n", 8);
-    AppendChunk(file, "IHDR", HeaderOf(rgba));
     const std::size_t rowBytes = 1 + static_cast<std::size_t>(rgba.width()) * 4;
-    const int blockRows = static_cast<int>(std::max<std::size_t>(1, kBlockBytes / rowBytes));
-    std::vector<std::uint8_t> rows(rowBytes *
-                                   static_cast<std::size_t>(std::min(blockRows, rgba.height())));
-    QByteArray stream;
-    PixelDeflate deflate(stream);
+    const int blockRows =
+        std::clamp(static_cast<int>(kBlockBytes / rowBytes), 1, std::max(1, rgba.height()));
+    const std::size_t blockBytes = rowBytes * static_cast<std::size_t>(blockRows);
+    const auto rows = std::make_unique_for_overwrite<std::uint8_t[]>(blockBytes);
+    QByteArray file("\x89PNG\r\n\x1a\n", 8);
+    // Room for the usual picture at once; what of it is not filled is never touched.
+    constexpr std::size_t kUsualBytes = std::size_t{16} << 20;
+    file.reserve(static_cast<qsizetype>(
+        std::min(kUsualBytes, rowBytes * static_cast<std::size_t>(rgba.height())) +
+        PixelDeflate::MostBytes(blockBytes)));
+    AppendHeader(file, rgba);
+    PixelDeflate deflate(file);
     for (int y = 0; y < rgba.height(); y += blockRows) {
         const int count = std::min(blockRows, rgba.height() - y);
         for (int i = 0; i < count; ++i) {
-            FilterRow(rgba, y + i, rows.data() + static_cast<std::size_t>(i) * rowBytes);
+            FilterRow(rgba, y + i, rows.get() + static_cast<std::size_t>(i) * rowBytes);
         }
-        deflate.Block({rows.data(), static_cast<std::size_t>(count) * rowBytes}, rgba.width(),
+        const qsizetype start = BeginChunk(file, "IDAT");
+        deflate.Block({rows.get(), static_cast<std::size_t>(count) * rowBytes}, rgba.width(),
                       y + count == rgba.height());
-        AppendChunk(file, "IDAT", stream);
-        stream.resize(0);
+        EndChunk(file, start);
     }
-    AppendChunk(file, "IEND", {});
+    EndChunk(file, BeginChunk(file, "IEND"));
     return file;
 }
 
