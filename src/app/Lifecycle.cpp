@@ -79,9 +79,8 @@ void ViewController::OnFileNew() {
         StopPlayback();
     }
     ForgetPreview();
-    for (const QString& path : state_.frames.RemoveAll()) {
-        DeleteFrameFile(path);
-    }
+    ForgetCaptures();
+    RemoveFrames();
     state_.videoPath.clear();
     state_.currentImagePath.clear();
     state_.listImagePaths.clear();
@@ -100,6 +99,7 @@ void ViewController::closeEvent(QCloseEvent* event) {
         return;
     }
     job_.Stop();
+    ForgetCaptures();
     SaveLayout();
     CleanTemporaryFiles();
     event->accept();

@@ -62,6 +62,7 @@ void ViewController::FinishPreview(const PreviewResult& result, quint64 generati
     ui_.imageViewVideo->SetImage(result.image);
     ui_.labelVideoPositionTime->setText(result.timeLabel);
     UpdateCropResizeGeometry();
+    ShowExtractionPlan();
     if (dragWaiting_) {
         UpdateVideoPreview();
     }
@@ -70,6 +71,7 @@ void ViewController::FinishPreview(const PreviewResult& result, quint64 generati
 /// The source changes: a picture of the old one that is still on its way will not be shown.
 void ViewController::ForgetPreview() {
     ++previewGeneration_;
+    sourceDuration_ = 0;
     dragWaiting_ = false;
     state_.selectionChanged = false;
 }

@@ -50,6 +50,7 @@ void ViewController::OnControlEdited(Control control) {
     if (consequence.markModified) {
         MarkModified();
     }
+    ShowExtractionPlan();
     RefreshSizeEstimate();
 }
 

@@ -41,6 +41,7 @@ void ViewController::ResetStartEndMarks() {
     state_.startPosition = ui_.sliderVideoPosition->value();
     ui_.sliderVideoPosition->SetEndMark(1);
     state_.endPosition = 1.0F;
+    ShowExtractionPlan();
 }
 
 void ViewController::RefreshControlStates() {
@@ -84,11 +85,10 @@ void ViewController::RefreshControlStates() {
                                     ui_.buttonCropResizeReset, ui_.buttonOutputReset}) {
         button->setEnabled(true);
     }
-    for (QAbstractButton* button : {ui_.buttonMoveUp, ui_.buttonMoveDown}) {
-        button->setEnabled(state_.frames.CanMove());
-    }
+    EnableMoveButtons();
     ShowOutputPreferences();
     RefreshSizeEstimate();
+    ShowExtractionPlan();
     if (RunningJob() != BackgroundJob::Kind::None) {
         DisableAllControls();
         return;
@@ -264,6 +264,7 @@ void ViewController::OnMarkAsStartTime() {
         ui_.sliderVideoPosition->SetStartMark(position);
         state_.startPosition = position;
         ui_.labelStartTime->setText(ui_.labelVideoPositionTime->text());
+        ShowExtractionPlan();
     }
 }
 
@@ -280,6 +281,7 @@ void ViewController::OnMarkAsEndTime() {
         ui_.sliderVideoPosition->SetEndMark(position);
         state_.endPosition = position;
         ui_.labelEndTime->setText(ui_.labelVideoPositionTime->text());
+        ShowExtractionPlan();
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QPointer>
 #include <QThreadPool>
 #include <memory>
@@ -17,6 +18,9 @@ class QMediaPlayer;
 namespace lumirra {
 
 class ControlWidgets;
+struct ExtractionJob;
+struct ExtractionProgress;
+struct ExtractionResult;
 class SizeEstimate;
 
 /// The window's controller: owns all state for the life of the window and handles every command.
@@ -98,6 +102,20 @@ class ViewController : public MainWindow {
     /// they are nothing that can be opened.
     void OpenFiles(const QStringList& paths);
 
+    // frames/FrameCapture.cpp, frames/FrameExtraction.cpp
+    void OnAddFrame();
+    void OnAddFramesAutomatically();
+
+    // frames/FrameStrip.cpp: the list of frames and its strip
+    void RebuildFrameStrip();
+    /// The frame last clicked becomes the selection, or with Ctrl held joins or leaves it.
+    void RefreshFrameSelection();
+    void UpdateSelectionScrollViewFrames(int tag);
+    void OnRemoveSelectedFrame();
+    void OnRemoveAllFrames();
+    void OnMoveUp();
+    void OnMoveDown();
+
     // Playback.cpp
     void OnPlayVideo();
     void StopPlayback();
@@ -114,6 +132,7 @@ class ViewController : public MainWindow {
   private:
     // Wiring.cpp: the start, in named steps
     void ConnectSourcePanel();
+    void ConnectFrames();
     void ConnectCommands();
     void ConnectMenus();
     void ConnectOutputTab();
@@ -128,6 +147,20 @@ class ViewController : public MainWindow {
 
     void ReturnFocus();
     void AcceptSources(bool accepted);
+
+    void StoreCapture(const QImage& frame, const QString& path);
+    void ForgetCaptures();
+    void StartExtraction(const ExtractionJob& extraction);
+    void ShowExtractionProgress(const ExtractionProgress& progress);
+    void FinishExtraction(const ExtractionResult& result);
+    void ShowExtractionPlan();
+    void ShowAddFramesStatus(const QString& text);
+    QString FrameCaption(int index) const;
+    void ShowFrameSelection();
+    void EnableMoveButtons();
+    /// All of them, with their files, without a question.
+    void RemoveFrames();
+    void ShowMoved(int offset);
 
     ImageSize BaseSize() const;
     bool HasSource() const;
@@ -160,6 +193,8 @@ class ViewController : public MainWindow {
     bool dragWaiting_ = false;
     double sourceDuration_ = 0;
     double sourceFrameRate_ = 0;
+    QStringList capturesInFlight_;  ///< frame files that are on their way
+    QElapsedTimer extractionClock_;
     QPointer<QWidget> focusBeforeLock_;
     BackgroundJob job_;
     /// Last: its destructor waits for the jobs that use the rest.

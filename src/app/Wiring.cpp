@@ -4,6 +4,7 @@
 #include <QGraphicsOpacityEffect>
 #include <QKeyEvent>
 #include <QMediaPlayer>
+#include <QMouseEvent>
 #include <QToolTip>
 
 #include "app/ControlWidgets.h"
@@ -49,6 +50,7 @@ ViewController::ViewController(Theme& theme, Dialogs& dialogs, QString temporary
     InitializeControls();
     RefreshControlStates();
     ConnectSourcePanel();
+    ConnectFrames();
     ConnectCommands();
     ConnectMenus();
     setWindowTitle(QStringLiteral("Lumirra"));
@@ -171,6 +173,10 @@ void ViewController::keyPressEvent(QKeyEvent* event) {
         StepFrame(-1);
     } else if (plain && position && event->key() == Qt::Key_Period) {
         StepFrame(1);
+    } else if (plain && event->key() == Qt::Key_Delete &&
+               ui_.panelFrames->isAncestorOf(focusWidget()) &&
+               ui_.buttonRemoveSelectedFrame->isEnabled()) {
+        OnRemoveSelectedFrame();
     } else {
         MainWindow::keyPressEvent(event);
     }
@@ -187,6 +193,11 @@ bool ViewController::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::FocusIn:
         case QEvent::FocusOut:
             FollowAttention(watched, event->type());
+            break;
+        case QEvent::MouseButtonPress:
+            // A key may have been pressed or released while another program had the keyboard.
+            state_.commandIsPressed = (static_cast<const QMouseEvent&>(*event).modifiers() &
+                                       ~Qt::KeypadModifier) == Qt::ControlModifier;
             break;
         case QEvent::ApplicationDeactivate:
             // The release of a key that is held now will go to another program.

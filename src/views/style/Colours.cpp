@@ -22,6 +22,7 @@ ThemeColours MakeLight() {
     colours.surface = Rgb(0xffffff);
     colours.field = Rgb(0xffffff);
     colours.canvas = Rgb(0xe3e3e8);
+    colours.cell = Rgb(0xc4c4c9);
     colours.border = Rgb(0xcfcfd6);
     colours.outline = Rgb(0x8a8a94);
     colours.button = Rgb(0xffffff);
@@ -51,6 +52,7 @@ ThemeColours MakeDark() {
     colours.surface = Rgb(0x2e2e33);
     colours.field = Rgb(0x1d1d21);
     colours.canvas = Rgb(0x1a1a1d);
+    colours.cell = Rgb(0x151518);
     colours.border = Rgb(0x4a4a53);
     colours.outline = Rgb(0x83838f);
     colours.button = Rgb(0x3b3b43);

@@ -11,6 +11,7 @@ struct ThemeColours {
     QColor surface;  ///< cards and tab pages
     QColor field;    ///< where something is typed
     QColor canvas;   ///< behind pictures
+    QColor cell;     ///< around a thumbnail; lets a white border be seen
     QColor border;   ///< of cards, fields and buttons
     QColor outline;  ///< of what must be seen though it is empty: check boxes
     QColor button;

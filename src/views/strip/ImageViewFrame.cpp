@@ -1,0 +1,91 @@
+#include "views/strip/ImageViewFrame.h"
+
+#include <QPainter>
+#include <cmath>
+
+#include "views/Checkerboard.h"
+#include "views/Icons.h"
+#include "views/style/Colours.h"
+
+namespace lumirra {
+namespace {
+
+constexpr int kSelectedBorder = 4;
+constexpr int kBorder = 3;
+constexpr int kKeyboardRing = 2;
+constexpr int kCaptionGap = 4;  ///< from the border
+
+QColor SelectedColour() {
+    return QColor::fromRgbF(0.19F, 0.54F, 0.99F);
+}
+
+/// A frame of that width along the inside of `rect`, its edges on whole pixels.
+void DrawBorder(QPainter& painter, const QRect& rect, int width, const QColor& color) {
+    painter.fillRect(rect.x(), rect.y(), rect.width(), width, color);
+    painter.fillRect(rect.x(), rect.bottom() + 1 - width, rect.width(), width, color);
+    painter.fillRect(rect.x(), rect.y() + width, width, rect.height() - 2 * width, color);
+    painter.fillRect(rect.right() + 1 - width, rect.y() + width, width, rect.height() - 2 * width,
+                     color);
+}
+
+void DrawPicture(QPainter& painter, const QRect& cell, const QImage& picture,
+                 const ThemeColours& colours) {
+    const double scale = painter.device()->devicePixelRatioF();
+    // On whole pixels of the device, where it is as sharp as it was made.
+    const auto middle = [scale](int free, int taken) {
+        return std::floor((free * scale - taken) / 2) / scale;
+    };
+    const QRectF place(cell.x() + middle(cell.width(), picture.width()),
+                       cell.y() + middle(cell.height(), picture.height()), picture.width() / scale,
+                       picture.height() / scale);
+    if (picture.hasAlphaChannel()) {
+        DrawCheckerboard(painter, place, colours);
+    }
+    painter.drawImage(place, picture);
+}
+
+void DrawMissing(QPainter& painter, const QRect& cell, const ThemeColours& colours) {
+    QRectF place(0, 0, 72, 54);
+    place.moveCenter(QRectF(cell).center());
+    DrawIcon(painter, QStringLiteral("picture-missing"), place, colours.textDim);
+}
+
+void DrawCaption(QPainter& painter, const QRect& inside, const QString& caption) {
+    const QSize text = painter.fontMetrics().size(Qt::TextSingleLine, caption);
+    QRectF pill(0, 0, text.width() + 14, text.height() + 6);
+    pill.moveBottomLeft(inside.bottomLeft() + QPointF(kCaptionGap, 1 - kCaptionGap));
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0, 0, 0, 170));
+    painter.drawRoundedRect(pill, 5, 5);
+    painter.setPen(Qt::white);
+    painter.drawText(pill, Qt::AlignCenter, caption);
+    painter.restore();
+}
+
+}  // namespace
+
+void ImageViewFrame::Draw(QPainter& painter, const QRect& cell, const QPalette& palette) const {
+    const ThemeColours& colours = ColoursOf(palette);
+    painter.fillRect(cell, colours.cell);
+    if (thumbnail != nullptr && thumbnail->isNull()) {
+        DrawMissing(painter, cell, colours);
+    } else if (thumbnail != nullptr) {
+        DrawPicture(painter, cell, *thumbnail, colours);
+    }
+    const bool selected = look == CellLook::Selected;
+    const int border = selected ? kSelectedBorder : kBorder;
+    const QRect inside = cell.adjusted(border, border, -border, -border);
+    if (look != CellLook::Fresh) {
+        DrawBorder(painter, cell, border, selected ? SelectedColour() : QColor(Qt::white));
+    }
+    if (hasKeyboard) {
+        DrawBorder(painter, inside, kKeyboardRing, selected ? QColor(Qt::white) : colours.accent);
+    }
+    if (!caption.isEmpty()) {
+        DrawCaption(painter, inside, caption);
+    }
+}
+
+}  // namespace lumirra

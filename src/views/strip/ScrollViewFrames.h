@@ -1,0 +1,83 @@
+#pragma once
+
+#include <QAbstractScrollArea>
+#include <QStringList>
+#include <functional>
+#include <vector>
+
+#include "frames/StripGeometry.h"
+#include "views/strip/ImageViewFrame.h"
+#include "views/strip/ThumbnailCache.h"
+
+namespace lumirra {
+
+/// The strip of frames, one cell below the other. Only cells that can be seen are drawn and only
+/// their thumbnails read. Knows indices and thumbnail files; which frames are selected is told.
+///
+/// Mouse and keyboard report the frame they mean; a click with Ctrl held is told apart by whoever
+/// listens. Up, Down, Page and Home keys report the frame they go to, with Ctrl they only go there;
+/// Space and Enter report the frame that has the keyboard.
+class ScrollViewFrames : public QAbstractScrollArea {
+    Q_OBJECT
+
+  public:
+    explicit ScrollViewFrames(QWidget* parent = nullptr);
+
+    /// One cell for each thumbnail file, in order, without a border. Scrolls by the rules of
+    /// `StripGeometry`; what was read of these files stays.
+    void Rebuild(QStringList thumbnailPaths);
+
+    /// The border of every cell: that frame is selected, -1 for none.
+    void ShowOnlySelected(int index);
+    /// The border of one cell; the others keep theirs. Indices outside the strip do nothing.
+    void ShowSelected(int index, bool selected);
+    CellLook Look(int index) const { return looks_.at(static_cast<std::size_t>(index)); }
+
+    /// `caption(index)`: what is said about a frame under the pointer or with the keyboard.
+    void SetCaption(std::function<QString(int)> caption) { caption_ = std::move(caption); }
+
+    const StripGeometry& Geometry() const { return geometry_; }
+    int Offset() const;
+    void ScrollTo(int offset);
+    /// Where the cell is in the viewport just now.
+    QRect CellRect(int index) const;
+    /// The thumbnail as far as it has been read.
+    const QImage* Thumbnail(int index) const;
+
+    /// The wheel scrolls the strip; else it goes to what surrounds it.
+    bool scrollingEnabled = true;
+
+  Q_SIGNALS:
+    void UpdateSelectionScrollViewFrames(int tag);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+
+  private:
+    int IndexAt(const QPoint& viewportPoint) const;
+    void UpdateRange();
+    void UpdateCell(int index);
+    void SetHovered(int index);
+    void SetCurrent(int index);
+    int KeyTarget(int key) const;
+
+    StripGeometry geometry_;
+    QStringList paths_;
+    std::vector<CellLook> looks_;
+    ThumbnailCache thumbnails_;
+    std::function<QString(int)> caption_;
+    int hovered_ = -1;
+    int current_ = -1;         ///< the cell that has the keyboard
+    bool byKeyboard_ = false;  ///< the keyboard was used last: the current cell is marked
+};
+
+}  // namespace lumirra

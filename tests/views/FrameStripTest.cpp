@@ -1,0 +1,206 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QPainter>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QVBoxLayout>
+#include <QWheelEvent>
+
+#include "views/Theme.h"
+#include "views/strip/ScrollViewFrames.h"
+
+namespace lumirra {
+namespace {
+
+using Geometry = StripGeometry;
+
+class FrameStrip : public testing::Test {
+  protected:
+    void SetUp() override {
+        strip.resize(Geometry::cellWidth + 18, 406);  // 400 of viewport
+        strip.show();
+    }
+
+    /// A thumbnail file of one colour.
+    QString Thumbnail(int number, const QColor& color, const QSize& size = QSize(372, 209)) {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(color);
+        const QString path = folder.filePath(QStringLiteral("frame%1_small.png").arg(number));
+        EXPECT_TRUE(image.save(path));
+        return path;
+    }
+    QStringList Thumbnails(int count) {
+        QStringList paths;
+        for (int i = 0; i < count; ++i) {
+            paths.append(Thumbnail(i, QColor::fromHsv(i * 37 % 360, 255, 200)));
+        }
+        return paths;
+    }
+    bool Loads(int index) {
+        QElapsedTimer clock;
+        clock.start();
+        while (strip.Thumbnail(index) == nullptr && clock.elapsed() < 10000) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        }
+        return strip.Thumbnail(index) != nullptr;
+    }
+    QImage Look() { return strip.viewport()->grab().toImage(); }
+    QColor At(const QImage& look, const QPoint& point) {
+        return look.pixelColor(point * look.devicePixelRatio());
+    }
+    QPoint Middle(int index) { return strip.CellRect(index).center(); }
+    void Click(int index) {
+        QTest::mouseClick(strip.viewport(), Qt::LeftButton, {}, Middle(index));
+    }
+    void Key(Qt::Key key, Qt::KeyboardModifiers held = {}) { QTest::keyClick(&strip, key, held); }
+    int LastClicked() { return clicks.isEmpty() ? -1 : clicks.last().at(0).toInt(); }
+
+    QTemporaryDir folder;
+    ScrollViewFrames strip;
+    QSignalSpy clicks{&strip, &ScrollViewFrames::UpdateSelectionScrollViewFrames};
+};
+
+TEST_F(FrameStrip, OnlyVisibleThumbnailsAreReadAndARebuildKeepsThem) {
+    QStringList paths = Thumbnails(40);
+    strip.Rebuild(paths);
+    strip.ScrollTo(0);
+    Look();
+    ASSERT_TRUE(Loads(2));
+    QTest::qWait(50);
+    EXPECT_EQ(strip.Thumbnail(10), nullptr);
+    EXPECT_EQ(strip.Thumbnail(39), nullptr);
+    const QImage* read = strip.Thumbnail(1);
+    EXPECT_EQ(read->size(), QSize(186, 105) * strip.devicePixelRatio());
+
+    const QColor color = At(Look(), Middle(1));
+    EXPECT_EQ(color.rgb(), QColor::fromHsv(37, 255, 200).rgb());
+    EXPECT_NE(At(Look(), strip.CellRect(1).topLeft() + QPoint(90, 20)), color) << "beside it";
+    paths.removeFirst();
+    strip.Rebuild(paths);
+    EXPECT_EQ(strip.Thumbnail(0), read) << "the same picture, not read again";
+
+    strip.ScrollTo(strip.Geometry().FurthestOffset());
+    Look();
+    EXPECT_TRUE(Loads(38));
+}
+
+TEST_F(FrameStrip, PicturesThatCannotBeReadLeaveAPlaceholderUntilTheyCan) {
+    QStringList paths = Thumbnails(2);
+    QFile text(paths[1]);
+    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
+    text.write("no picture");
+    text.close();
+    paths.append(folder.filePath(QStringLiteral("missing_small.png")));
+    strip.resize(strip.width(), 800);
+    strip.Rebuild(paths);
+    const QImage waiting = Look();
+    ASSERT_TRUE(Loads(1) && Loads(2));
+    EXPECT_TRUE(strip.Thumbnail(1)->isNull());
+    EXPECT_TRUE(strip.Thumbnail(2)->isNull());
+    const QRect cell = strip.CellRect(2);
+    EXPECT_NE(Look().copy(cell), waiting.copy(cell)) << "the placeholder";
+    EXPECT_EQ(Look().copy(cell), Look().copy(strip.CellRect(1)));
+    Thumbnail(1, Qt::red);
+    strip.Rebuild(paths);
+    Look();
+    QTest::qWait(50);
+    ASSERT_TRUE(Loads(1));
+    EXPECT_EQ(At(Look(), Middle(1)), QColor(Qt::red));
+}
+
+TEST_F(FrameStrip, BordersTellWhatIsSelected) {
+    strip.Rebuild(Thumbnails(2));
+    strip.ScrollTo(0);
+    ASSERT_TRUE((Look(), Loads(0)));
+    const QColor blue = QColor::fromRgbF(0.19F, 0.54F, 0.99F);
+    const auto edge = [&](int index, int depth) {
+        return At(Look(), strip.CellRect(index).topLeft() + QPoint(depth, 60)).rgb();
+    };
+    EXPECT_NE(edge(0, 0), QColor(Qt::white).rgb()) << "no border before the selection is known";
+    strip.ShowOnlySelected(1);
+    EXPECT_EQ(edge(0, 2), QColor(Qt::white).rgb());
+    EXPECT_NE(edge(0, 3), QColor(Qt::white).rgb());
+    EXPECT_EQ(edge(1, 0), blue.rgb());
+    EXPECT_EQ(edge(1, 3), blue.rgb());
+    EXPECT_NE(edge(1, 4), blue.rgb());
+    strip.ShowSelected(0, true);
+    EXPECT_EQ(edge(0, 3), blue.rgb());
+    EXPECT_EQ(edge(1, 3), blue.rgb()) << "the others keep theirs";
+    strip.ShowSelected(7, true);
+    strip.ShowOnlySelected(-1);
+    EXPECT_EQ(edge(0, 0), QColor(Qt::white).rgb());
+}
+
+TEST_F(FrameStrip, MouseAndKeyboardSayWhichFrameIsMeant) {
+    strip.SetCaption([](int index) { return QStringLiteral("no. %1").arg(index); });
+    strip.Rebuild(Thumbnails(10));
+    strip.ScrollTo(0);
+    Click(1);
+    EXPECT_EQ(LastClicked(), 1);
+    QTest::mouseClick(strip.viewport(), Qt::LeftButton, {},
+                      strip.CellRect(0).bottomLeft() + QPoint(90, 2));
+    QTest::mouseClick(strip.viewport(), Qt::RightButton, {}, Middle(0));
+    EXPECT_EQ(clicks.size(), 1) << "neither between the cells nor with the other button";
+
+    strip.activateWindow();
+    strip.setFocus();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&strip));
+    const QImage before = Look().copy(strip.CellRect(2));
+    Key(Qt::Key_Down);
+    EXPECT_EQ(LastClicked(), 2);
+    EXPECT_NE(Look().copy(strip.CellRect(2)), before) << "where the keyboard is can be seen";
+    EXPECT_TRUE(QRect(QPoint(), strip.viewport()->size()).contains(strip.CellRect(2)));
+    Key(Qt::Key_Down, Qt::ControlModifier);
+    EXPECT_EQ(LastClicked(), 2) << "only goes there";
+    Key(Qt::Key_Space, Qt::ControlModifier);
+    EXPECT_EQ(LastClicked(), 3);
+    Key(Qt::Key_End);
+    EXPECT_EQ(LastClicked(), 9);
+    EXPECT_EQ(strip.Offset(), strip.Geometry().FurthestOffset());
+    Key(Qt::Key_Down);
+    EXPECT_EQ(LastClicked(), 9);
+    Key(Qt::Key_PageUp);
+    EXPECT_EQ(LastClicked(), 7);
+    Key(Qt::Key_Home);
+    EXPECT_EQ(LastClicked(), 0);
+    Key(Qt::Key_Return);
+    EXPECT_EQ(clicks.size(), 8);
+
+    Click(1);
+    QTest::mouseMove(strip.viewport(), Middle(0));
+    const QImage hovered = Look().copy(strip.CellRect(0));
+    QTest::mouseMove(strip.viewport(), Middle(1));
+    EXPECT_NE(Look().copy(strip.CellRect(0)), hovered) << "number and time are shown on hover";
+    strip.Rebuild({});
+    Key(Qt::Key_Down);
+    EXPECT_EQ(clicks.size(), 9);
+}
+
+TEST_F(FrameStrip, TheWheelGoesToWhatSurroundsAStripThatFits) {
+    const auto wheelIsTaken = [&] {
+        QWheelEvent event(QPointF(50, 50), strip.viewport()->mapToGlobal(QPointF(50, 50)), {},
+                          QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(strip.viewport(), &event);
+        return event.isAccepted();
+    };
+    strip.Rebuild(Thumbnails(2));
+    EXPECT_FALSE(strip.scrollingEnabled);
+    EXPECT_FALSE(wheelIsTaken());
+    strip.Rebuild(Thumbnails(10));
+    EXPECT_TRUE(strip.scrollingEnabled);
+    EXPECT_EQ(strip.Offset(), strip.Geometry().FurthestOffset()) << "what was added is seen";
+    strip.ScrollTo(0);
+    EXPECT_TRUE(wheelIsTaken());
+    EXPECT_EQ(strip.Offset(), Geometry::pitch) << "one cell a notch";
+    strip.resize(204, 2000);
+    EXPECT_FALSE(strip.scrollingEnabled);
+    EXPECT_EQ(strip.Offset(), 0);
+}
+
+}  // namespace
+}  // namespace lumirra
