@@ -7,11 +7,11 @@
 #include <string>
 
 #include "output/GifDecode.h"
-#include "output/gif/Masking.h"
-#include "output/gif/Nearest.h"
-#include "output/gif/Palette.h"
-#include "output/gif/StringSearch.h"
 #include "output/gif/Tone.h"
+#include "output/gif/palette/Nearest.h"
+#include "output/gif/palette/Palette.h"
+#include "output/gif/search/StringSearch.h"
+#include "output/gif/target/Masking.h"
 
 namespace lumirra::gif {
 namespace {

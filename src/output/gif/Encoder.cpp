@@ -11,12 +11,12 @@
 #include <thread>
 #include <vector>
 
-#include "output/gif/GifFile.h"
-#include "output/gif/Goal.h"
-#include "output/gif/Masking.h"
-#include "output/gif/Palette.h"
-#include "output/gif/StringSearch.h"
 #include "output/gif/Tuning.h"
+#include "output/gif/file/GifFile.h"
+#include "output/gif/palette/Palette.h"
+#include "output/gif/search/StringSearch.h"
+#include "output/gif/target/Goal.h"
+#include "output/gif/target/Masking.h"
 
 namespace lumirra::gif {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "output/gif/Goal.h"
-#include "output/gif/StringSearch.h"
+#include "output/gif/search/StringSearch.h"
+#include "output/gif/target/Goal.h"
 
 namespace lumirra::gif {
 

@@ -1,4 +1,4 @@
-#include "output/gif/GifFile.h"
+#include "output/gif/file/GifFile.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "output/gif/Masking.h"
+#include "output/gif/target/Masking.h"
 
 #include <algorithm>
 #include <array>

@@ -1,12 +1,12 @@
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "output/gif/Nearest.cpp"
+#define HWY_TARGET_INCLUDE "output/gif/palette/Nearest.cpp"
 #include <hwy/foreach_target.h>  // IWYU pragma: keep
 // The rest is compiled once for each machine level.
 #include <hwy/highway.h>
 
 #include <array>
 
-#include "output/gif/Nearest.h"
+#include "output/gif/palette/Nearest.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace lumirra::gif::HWY_NAMESPACE {

@@ -1,4 +1,4 @@
-#include "output/gif/Palette.h"
+#include "output/gif/palette/Palette.h"
 
 #include <algorithm>
 #include <array>
@@ -7,8 +7,8 @@
 #include <queue>
 #include <unordered_set>
 
-#include "output/gif/Nearest.h"
 #include "output/gif/Tone.h"
+#include "output/gif/palette/Nearest.h"
 
 namespace lumirra::gif {
 
@@ -285,14 +285,21 @@ bool Contains(const std::vector<Rgba>& palette, const std::vector<Rgba>& colors)
 
 std::vector<ColorBin> CountColors(const Picture& picture,
                                   const std::vector<std::uint8_t>& importance) {
-    std::vector<ColorBin> bins(std::size_t{1} << 16U);
+    constexpr std::size_t kBins = std::size_t{1} << 16U;
+    std::vector<std::uint32_t> places(kBins);  // one more than the bin's index; 0: none yet
+    std::vector<ColorBin> found;
     for (std::size_t i = 0; i < picture.Size(); ++i) {
         const Rgba color = picture.pixels[i];
         const double weight = importance.empty() ? 1.0 : importance[i];
         if (color.a == 0 || weight == 0) {
             continue;
         }
-        ColorBin& bin = bins[BinIndex(color)];
+        std::uint32_t& place = places[BinIndex(color)];
+        if (place == 0) {
+            found.emplace_back();
+            place = static_cast<std::uint32_t>(found.size());
+        }
+        ColorBin& bin = found[place - 1];
         bin.weight += weight;
         bin.r += weight * color.r;
         bin.g += weight * color.g;
@@ -307,7 +314,13 @@ std::vector<ColorBin> CountColors(const Picture& picture,
             bin.majorityLead = weight - bin.majorityLead;
         }
     }
-    std::erase_if(bins, [](const ColorBin& bin) { return bin.weight == 0; });
+    std::vector<ColorBin> bins;
+    bins.reserve(found.size());
+    for (const std::uint32_t place : places) {
+        if (place != 0) {
+            bins.push_back(found[place - 1]);
+        }
+    }
     return bins;
 }
 

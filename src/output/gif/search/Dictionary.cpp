@@ -1,4 +1,4 @@
-#include "output/gif/Dictionary.h"
+#include "output/gif/search/Dictionary.h"
 
 #include <algorithm>
 

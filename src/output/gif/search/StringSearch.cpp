@@ -1,5 +1,5 @@
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "output/gif/StringSearch.cpp"
+#define HWY_TARGET_INCLUDE "output/gif/search/StringSearch.cpp"
 #include <hwy/foreach_target.h>  // IWYU pragma: keep
 // The rest is compiled once for each machine level.
 #include <hwy/highway.h>
@@ -10,33 +10,23 @@
 #include <cmath>
 #include <optional>
 
-#include "output/gif/CodeWriter.h"
-#include "output/gif/Dictionary.h"
-#include "output/gif/Masking.h"
-#include "output/gif/StringSearch.h"
 #include "output/gif/Tone.h"
+#include "output/gif/file/CodeWriter.h"
+#include "output/gif/search/Candidates-inl.h"
+#include "output/gif/search/Dictionary.h"
+#include "output/gif/search/PixelRow.h"
+#include "output/gif/search/StringSearch.h"
+#include "output/gif/target/Masking.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace lumirra::gif::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-constexpr float kNever = 1e30F;
-constexpr float kFarTone = 1e6F;
+constexpr float kNever = kNeverDrawn;
 constexpr float kLargestPassedOn = 48;
 constexpr std::size_t kMaxColors = 256;
-/// Colours compared at once.
-constexpr std::size_t kGroup = 16;
-/// Colours that a string may begin with.
-constexpr std::size_t kCandidates = 16;
-
-/// All that the search needs to know of one pixel.
-struct alignas(32) Pixel {
-    Tone target;
-    float weight = 0;
-    Tone shown;
-    float keepError = kNever;
-};
+using Pixel = SearchPixel;
 
 HWY_INLINE Tone Minus(const Tone& a, const Tone& b) {
     return {a.y - b.y, a.u - b.u, a.v - b.v};
@@ -68,9 +58,14 @@ class Searcher {
           reach_(SearchReach(goal_.width)),
           ringSize_(width_ * static_cast<std::size_t>(reach_ + 2)),
           ring_(ringSize_),
+          endsRow_(ringSize_),
           weights_(width_),
           keepIndex_(static_cast<unsigned>(job.palette->size())),
-          data_(data) {}
+          data_(data) {
+        for (std::size_t i = width_ - 1; i < ringSize_; i += width_) {
+            endsRow_[i] = 1;
+        }
+    }
 
     bool Run() {
         StartData();
@@ -139,44 +134,16 @@ class Searcher {
 
     void FillRow(int y) {
         MaskingRow(goal_, y, weights_.data());
-        if (job_.lasts != nullptr) {
-            const std::uint8_t* lasts = job_.lasts->data() + static_cast<std::size_t>(y) * width_;
-            for (std::size_t x = 0; x < width_; ++x) {
-                weights_[x] *= 1 + tuning_.lasting * static_cast<float>(lasts[x] - 1);
-            }
-        }
-        Pixel* pixels = &ring_[RingIndex(static_cast<std::size_t>(y) * width_)];
-        const Rgba* goal = goal_.Row(y);
-        const Rgba* shown = screen_.shown.Row(y);
-        const Rgba* drawn = screen_.drawnGoal.Row(y);
-        for (std::size_t x = 0; x < width_; ++x) {
-            pixels[x] =
-                Prepare(goal[x], job_.blankScreen ? Rgba{} : shown[x], drawn[x], weights_[x]);
-        }
-    }
-
-    Pixel Prepare(Rgba goal, Rgba shown, Rgba drawn, float weight) const {
-        Pixel pixel;
-        pixel.weight = weight;
-        if (goal.a == 0) {
-            pixel.target = {kFarTone, kFarTone, kFarTone};
-            pixel.shown = pixel.target;
-            pixel.keepError = 0;
-            return pixel;
-        }
-        pixel.target = ToneOf(goal);
-        if (shown.a == 0) {
-            return pixel;
-        }
-        pixel.shown = ToneOf(shown);
-        if (job_.exact) {
-            pixel.keepError = shown == goal ? 0 : kNever;
-            return pixel;
-        }
-        const float moved = Distance(pixel.target, ToneOf(drawn)) - tuning_.deadZone;
-        const float wrong = Distance(pixel.target, pixel.shown) - tuning_.goodEnough;
-        pixel.keepError = weight * (std::max(moved, 0.0F) + tuning_.refine * std::max(wrong, 0.0F));
-        return pixel;
+        const std::size_t start = static_cast<std::size_t>(y) * width_;
+        PixelRow row;
+        row.goal = goal_.Row(y);
+        row.shown = job_.blankScreen ? nullptr : screen_.shown.Row(y);
+        row.drawn = screen_.drawnGoal.Row(y);
+        row.weights = weights_.data();
+        row.lasts = job_.lasts == nullptr ? nullptr : job_.lasts->data() + start;
+        row.width = width_;
+        row.exact = job_.exact;
+        PreparePixels(row, tuning_, &ring_[RingIndex(start)]);
     }
 
     std::size_t RingIndex(std::size_t position) const { return position % ringSize_; }
@@ -218,33 +185,6 @@ class Searcher {
 
     std::size_t Next(std::size_t index) const { return index + 1 == ringSize_ ? 0 : index + 1; }
 
-    /// The best few single pixels, best first.
-    class Candidates {
-      public:
-        void Offer(float error, unsigned code) {
-            // Errors are not negative, so their bits sort like the numbers.
-            const std::uint64_t key =
-                std::uint64_t{std::bit_cast<std::uint32_t>(error)} << 32U | code;
-            if (count_ == kCandidates && key >= keys_[kCandidates - 1]) {
-                return;
-            }
-            std::size_t at = count_ < kCandidates ? count_++ : kCandidates - 1;
-            for (; at > 0 && keys_[at - 1] > key; --at) {
-                keys_[at] = keys_[at - 1];
-            }
-            keys_[at] = key;
-        }
-        std::size_t Count() const { return count_; }
-        float Error(std::size_t i) const {
-            return std::bit_cast<float>(static_cast<std::uint32_t>(keys_[i] >> 32U));
-        }
-        unsigned Code(std::size_t i) const { return static_cast<unsigned>(keys_[i] & 0xFFFFU); }
-
-      private:
-        std::array<std::uint64_t, kCandidates> keys_;
-        std::size_t count_ = 0;
-    };
-
     void VisitRoot() {
         const std::size_t index = RingIndex(position_);
         const Pixel& pixel = ring_[index];
@@ -278,18 +218,20 @@ class Searcher {
         const float nearest = hn::GetLane(hn::MinOfLanes(d, least));
         const float best = std::min(nearest, pixel.keepError);
         const float limit = std::max(best, std::min(cap_, best + tuning_.candidateRange * price_));
-        if (pixel.keepError <= limit) {
-            candidates.Offer(pixel.keepError, keepIndex_);
-        }
         for (std::size_t i = 0; i < colors_; i += lanes) {
             std::uint64_t bits = 0;
-            hn::StoreMaskBits(d, hn::Le(hn::Load(d, &errors[i]), hn::Set(d, limit)),
+            const auto useful = hn::Set(d, std::min(limit, candidates.Worst()));
+            hn::StoreMaskBits(d, hn::Le(hn::Load(d, &errors[i]), useful),
                               reinterpret_cast<std::uint8_t*>(&bits));
             for (; bits != 0; bits &= bits - 1) {
                 const std::size_t color = i + hwy::Num0BitsBelowLS1Bit_Nonzero64(bits);
                 candidates.Offer(errors[color], static_cast<unsigned>(color));
             }
         }
+        if (pixel.keepError <= limit) {
+            candidates.Offer(pixel.keepError, keepIndex_);
+        }
+        candidates.Sort();
     }
 
     /// What the pixel would cost if the string ended before it: little when it may be kept.
@@ -312,7 +254,7 @@ class Searcher {
         }
         const std::size_t next = Next(index);
         Tone target = ring_[next].target;
-        if ((position + 1) % width_ != 0 && wanted.y < kFarTone) {
+        if (endsRow_[index] == 0 && wanted.y < kFarTone) {
             const Tone& color =
                 node.color == keepIndex_ ? ring_[index].shown : dictionary_.PaletteTone(node.color);
             const Tone passed = PassedOn(Minus(wanted, color));
@@ -465,27 +407,31 @@ class Searcher {
     }
 
     void Spread(const Tone& rest, std::size_t index) {
-        const std::size_t x = position_ % width_;
         const Tone passed = PassedOn(rest);
         const auto give = [&](std::size_t to, float share) {
-            Tone& target = ring_[to % ringSize_].target;
+            Tone& target = ring_[to < ringSize_ ? to : to - ringSize_].target;
             target.y += share * passed.y;
             target.u += share * passed.u;
             target.v += share * passed.v;
         };
-        if (x + 1 < width_) {
+        const bool endsRow = endsRow_[index] != 0;
+        if (!endsRow) {
             give(index + 1, 7);
         }
         if (position_ + width_ >= goal_.Size()) {
             return;
         }
-        if (x > 0) {
+        if (!StartsRow(index)) {
             give(index + width_ - 1, 3);
         }
         give(index + width_, 5);
-        if (x + 1 < width_) {
+        if (!endsRow) {
             give(index + width_ + 1, 1);
         }
+    }
+
+    bool StartsRow(std::size_t index) const {
+        return endsRow_[index == 0 ? ringSize_ - 1 : index - 1] != 0;
     }
 
     const SearchJob& job_;
@@ -496,6 +442,7 @@ class Searcher {
     int reach_;
     std::size_t ringSize_;
     std::vector<Pixel> ring_;
+    std::vector<std::uint8_t> endsRow_;  ///< of the ring's pixels
     std::vector<float> weights_;
     unsigned keepIndex_;
     std::vector<std::uint8_t>& data_;
