@@ -7,7 +7,7 @@
 namespace lumirra {
 
 inline constexpr int kLiteralSymbols = 286;  ///< of deflate: bytes, end of block, lengths
-inline constexpr int kLongestCode = 12;      ///< bits, so that a pixel's four codes fit one word
+inline constexpr int kLongestCode = 14;      ///< bits, so that a pixel's four codes fit one word
 
 struct HuffmanCode {
     std::array<std::uint16_t, kLiteralSymbols> code{};   ///< lowest bit first, as deflate sends it

@@ -83,21 +83,26 @@ void WalkRows(std::span<const std::uint8_t> rows, int pixels, OnByte onByte, OnP
 
 using Counts = std::array<std::uint32_t, kLiteralSymbols>;
 
-Counts CountSymbols(std::span<const std::uint8_t> rows, int pixels) {
+/// By the rows counted, which speak for those between them; every symbol is given a code.
+Counts EstimateCounts(std::span<const std::uint8_t> rows, int pixels) {
+    constexpr std::size_t kRowsApart = 4;
+    const std::size_t rowBytes = 1 + static_cast<std::size_t>(pixels) * kPixelBytes;
     // A table for each byte of a pixel: equal neighbours would wait for each other's increment.
     std::array<Counts, kPixelBytes> counts{};
-    WalkRows(
-        rows, pixels, [&](std::uint8_t byte) { ++counts[0][byte]; },
-        [&](const std::uint8_t* pixel) {
-            for (std::size_t i = 0; i < kPixelBytes; ++i) {
-                ++counts[i][pixel[i]];
-            }
-        },
-        [&](int run) { ++counts[0][kLengthCodes[static_cast<std::size_t>(run)].symbol]; });
+    for (std::size_t at = 0; at < rows.size(); at += kRowsApart * rowBytes) {
+        WalkRows(
+            rows.subspan(at, rowBytes), pixels, [&](std::uint8_t byte) { ++counts[0][byte]; },
+            [&](const std::uint8_t* pixel) {
+                for (std::size_t i = 0; i < kPixelBytes; ++i) {
+                    ++counts[i][pixel[i]];
+                }
+            },
+            [&](int run) { ++counts[0][kLengthCodes[static_cast<std::size_t>(run)].symbol]; });
+    }
     for (std::size_t symbol = 0; symbol < counts[0].size(); ++symbol) {
         counts[0][symbol] += counts[1][symbol] + counts[2][symbol] + counts[3][symbol];
+        counts[0][symbol] = std::max(counts[0][symbol], 1U);
     }
-    counts[0][kEndOfBlock] = 1;
     return counts[0];
 }
 
@@ -105,20 +110,19 @@ Counts CountSymbols(std::span<const std::uint8_t> rows, int pixels) {
 struct BitWriter {
     std::uint8_t* at;
     std::uint64_t bits;
-    int count;
+    unsigned count;
 
-    /// At most 56 bits between two `Flush`.
-    void Put(std::uint64_t value, int length) {
+    /// At most 56 bits between two `Flush`, so that fewer than 64 wait.
+    void Put(std::uint64_t value, unsigned length) {
         bits |= value << count;
         count += length;
     }
     /// Leaves fewer than eight bits.
     void Flush() {
         std::memcpy(at, &bits, sizeof bits);
-        const int bytes = count / 8;
-        at += bytes;
-        bits = bytes == 8 ? 0 : bits >> (bytes * 8);
-        count -= bytes * 8;
+        at += count / 8;
+        bits >>= count & ~7U;
+        count &= 7;
     }
 };
 
@@ -162,9 +166,14 @@ void PutRows(BitWriter& writer, const HuffmanCode& code, std::span<const std::ui
             writer.Flush();
         },
         [&](const std::uint8_t* pixel) {
+            // Put together first, so that only one step waits for the pixel before.
+            std::uint64_t codes = 0;
+            unsigned length = 0;
             for (std::size_t i = 0; i < kPixelBytes; ++i) {
-                put(pixel[i]);
+                codes |= std::uint64_t{code.code[pixel[i]]} << length;
+                length += code.length[pixel[i]];
             }
+            writer.Put(codes, length);
             writer.Flush();
         },
         [&](int run) {
@@ -180,12 +189,7 @@ void PutRows(BitWriter& writer, const HuffmanCode& code, std::span<const std::ui
 
 }  // namespace
 
-PixelDeflate::PixelDeflate(QByteArray& out)
-    : out_(out), checksum_(static_cast<std::uint32_t>(adler32(0, nullptr, 0))) {
-    // Deflate with a 32 KiB window, 0x78; the fastest, 0x01, makes the two a multiple of 31.
-    bits_ = 0x0178;
-    bitCount_ = 16;
-}
+PixelDeflate::PixelDeflate(QByteArray& out) : out_(out) {}
 
 std::size_t PixelDeflate::MostBytes(std::size_t rowBytes) {
     constexpr std::size_t kHeaderBytes = 512;
@@ -193,7 +197,7 @@ std::size_t PixelDeflate::MostBytes(std::size_t rowBytes) {
 }
 
 void PixelDeflate::Block(std::span<const std::uint8_t> rows, int pixels, bool last) {
-    const HuffmanCode code = MakeHuffmanCode(CountSymbols(rows, pixels));
+    const HuffmanCode code = MakeHuffmanCode(EstimateCounts(rows, pixels));
 
     const qsizetype before = out_.size();
     out_.resize(before + static_cast<qsizetype>(MostBytes(rows.size())));
