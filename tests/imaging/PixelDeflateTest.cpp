@@ -4,6 +4,7 @@
 #include <random>
 #include <vector>
 
+#include "imaging/files/Adler32.h"
 #include "imaging/files/HuffmanCode.h"
 #include "imaging/files/PixelDeflate.h"
 
@@ -74,6 +75,23 @@ TEST(PixelDeflate, FlatRowsAreSmall) {
     const Bytes rows = RandomRows(random, 1000, 100, 1.0, 1);
     // 16 runs a row of 1 + 5 + 1 bits, 5 literals a row of at most 4, and the codes' lengths.
     EXPECT_LT(Deflated(rows, 1000, 100).size(), 100 * (16 * 7 + 5 * 4) / 8 + 200);
+}
+
+TEST(Adler32, IsTheLibrarysForAnyLengthAndTheLargestSums) {
+    std::mt19937 random(3);
+    for (const std::size_t length : {0U, 1U, 15U, 4095U, 4096U, 4097U, 8192U, 100'001U}) {
+        Bytes noise(length);
+        for (std::uint8_t& byte : noise) {
+            byte = static_cast<std::uint8_t>(random());
+        }
+        for (const Bytes& bytes : {noise, Bytes(length, 255)}) {
+            for (const std::uint32_t before : {1U, 65520U << 16 | 65520U}) {
+                const uLong expected =
+                    bytes.empty() ? before : adler32_z(before, bytes.data(), length);
+                EXPECT_EQ(Adler32(before, bytes), expected) << length;
+            }
+        }
+    }
 }
 
 TEST(HuffmanCode, IsAPrefixCodeWithinTheLimitAndNearTheEntropy) {

@@ -1,10 +1,9 @@
 #include "imaging/files/PixelDeflate.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <cstring>
 
+#include "imaging/files/Adler32.h"
 #include "imaging/files/HuffmanCode.h"
 
 namespace lumirra {
@@ -205,8 +204,7 @@ void PixelDeflate::Block(std::span<const std::uint8_t> rows, int pixels, bool la
     BitWriter writer{start, bits_, bitCount_};
     PutHeader(writer, code, last);
     PutRows(writer, code, rows, pixels);
-    checksum_ = static_cast<std::uint32_t>(
-        adler32_z(checksum_, rows.data(), static_cast<z_size_t>(rows.size())));
+    checksum_ = Adler32(checksum_, rows);
     if (last) {
         writer.count += 7;  // to a whole byte
         writer.Flush();
