@@ -45,6 +45,10 @@ QUrl PicturesHelpAddress() {
     return HelpAddress(LUMIRRA_PICTURES_HELP_ADDRESS, QStringLiteral("from-pictures.html"));
 }
 
+QUrl StoreAddress() {
+    return QUrl(QString::fromUtf8(LUMIRRA_STORE_ADDRESS));
+}
+
 void ShowAbout(QWidget& parent) {
     const QString text =
         Translated(

@@ -11,6 +11,9 @@ namespace lumirra {
 QUrl VideoHelpAddress();
 QUrl PicturesHelpAddress();
 
+/// Where the program can be rated, given when it was configured; empty when there is no such place.
+QUrl StoreAddress();
+
 void ShowAbout(QWidget& parent);
 void ShowShortcuts(QWidget& parent);
 

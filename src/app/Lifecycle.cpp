@@ -1,27 +1,13 @@
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDir>
-#include <QFile>
-#include <iostream>
 
 #include "app/ControlWidgets.h"
+#include "app/FileCommands.h"
 #include "app/ViewController.h"
 #include "sources/FrameFiles.h"
 #include "ui_MainWindow.h"
 
 namespace lumirra {
-namespace {
-
-void RemoveFile(const QString& path) {
-    QFile file(path);
-    if (!file.remove()) {
-        std::cout << "Remove failed: " << path.toStdString() << ": "
-                  << file.errorString().toStdString() << std::endl;
-    }
-}
-
-}  // namespace
-
 void ViewController::InitializeControls() {
     ui_.sliderVideoPosition->setValue(0);
     state_.startPosition = 0.0F;
@@ -85,6 +71,7 @@ void ViewController::OnFileNew() {
     state_.currentImagePath.clear();
     state_.listImagePaths.clear();
     state_.currentImageNumber = 0;
+    ClearGifPreview();
     RefreshControlStates();
     InitializeControls();
     state_.currentProfilePath.clear();
@@ -115,7 +102,7 @@ void ViewController::DeleteFrameFile(const QString& path) {
 }
 
 void ViewController::DeleteTempGif() {
-    RemoveFile(QDir(temporaryFolder_).filePath(QStringLiteral("tempGif.gif")));
+    RemoveFile(PreviewFile());
 }
 
 void ViewController::CleanTemporaryFiles() {

@@ -29,6 +29,8 @@ struct ProjectState {
     bool updating = false;          ///< a render of the preview is running
     bool selectionChanged = false;  ///< another one was asked for meanwhile
     bool commandIsPressed = false;  ///< Ctrl alone is held
+
+    bool rateMessageShown = false;  ///< in this run
 };
 
 }  // namespace lumirra

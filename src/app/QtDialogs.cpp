@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -16,6 +17,20 @@ QString Filter(const QString& name, const QStringList& extensions) {
         patterns << QStringLiteral("*.") + extension << QStringLiteral("*.") + extension.toUpper();
     }
     return QStringLiteral("%1 (%2)").arg(name, patterns.join(QLatin1Char(' ')));
+}
+
+/// The panel appends the extension only to a name without any: "May 3.1" has one already.
+QString WithExtension(const QString& path, const QString& extension) {
+    const QString suffix = QLatin1Char('.') + extension;
+    return path.endsWith(suffix, Qt::CaseInsensitive) ? path : path + suffix;
+}
+
+bool MayReplace(const QString& path) {
+    return QMessageBox::warning(QApplication::activeWindow(), QStringLiteral("Lumirra"),
+                                QObject::tr("“%1” exists already. Do you want to replace it?")
+                                    .arg(QFileInfo(path).fileName()),
+                                QMessageBox::Yes | QMessageBox::No,
+                                QMessageBox::No) == QMessageBox::Yes;
 }
 
 }  // namespace
@@ -57,10 +72,15 @@ std::optional<QString> QtDialogs::SaveFile(const SaveRequest& request) {
     panel.setNameFilter(Filter(request.filterName, {request.extension}));
     panel.setDefaultSuffix(request.extension);
     panel.selectFile(request.suggestedName);
-    if (panel.exec() != QDialog::Accepted || panel.selectedFiles().isEmpty()) {
-        return std::nullopt;
+    while (panel.exec() == QDialog::Accepted && !panel.selectedFiles().isEmpty()) {
+        const QString chosen = panel.selectedFiles().first();
+        QString path = WithExtension(chosen, request.extension);
+        // Under this name the panel itself has not asked.
+        if (path == chosen || !QFileInfo::exists(path) || MayReplace(path)) {
+            return path;
+        }
     }
-    return panel.selectedFiles().first();
+    return std::nullopt;
 }
 
 void QtDialogs::OpenAddress(const QUrl& address) {

@@ -72,6 +72,15 @@ class ViewController : public MainWindow {
     /// To be called after the frame list or the output settings changed; cheap.
     void RefreshSizeEstimate();
 
+    // GifPreview.cpp: the GIF of the frames, written and played
+    void OnGeneratePreview();
+    void OnPlayStopPreview();
+    /// Still, at the first picture.
+    void ResetPlay();
+
+    // SaveGif.cpp
+    void OnSaveGif();
+
     // CropResize.cpp
     void UpdateCropResizeGeometry();
     void OnTextFieldDimensionsChanged(Control dimensionField);
@@ -136,6 +145,7 @@ class ViewController : public MainWindow {
     void ConnectCommands();
     void ConnectMenus();
     void ConnectOutputTab();
+    void ConnectGifPreview();
     void ShowOutputPreferences();
     void DimPanelButtons();
 
@@ -144,6 +154,16 @@ class ViewController : public MainWindow {
 
     void ResetGroup(lumirra::ResetGroup group, std::optional<Control> onlyWhenOn);
     void WriteProfile();
+
+    struct GifRun;
+    QString PreviewFile() const;
+    void GenerateGif(GifRun& run, const std::stop_token& stop);
+    bool BeginWriting(bool framesDiffer);
+    void ShowWritingProgress(int done, int total, int frames, qint64 elapsed);
+    void GifGenerationFinished(const GifRun& run);
+    void ClearGifPreview();
+    void EmptyGifPreview(const QString& words);
+    void AskForRating();
 
     void ReturnFocus();
     void AcceptSources(bool accepted);
@@ -195,6 +215,7 @@ class ViewController : public MainWindow {
     double sourceFrameRate_ = 0;
     QStringList capturesInFlight_;  ///< frame files that are on their way
     QElapsedTimer extractionClock_;
+    int leftOutFrames_ = 0;  ///< of the GIF shown
     QPointer<QWidget> focusBeforeLock_;
     BackgroundJob job_;
     /// Last: its destructor waits for the jobs that use the rest.

@@ -52,6 +52,7 @@ ViewController::ViewController(Theme& theme, Dialogs& dialogs, QString temporary
     ConnectSourcePanel();
     ConnectFrames();
     ConnectCommands();
+    ConnectGifPreview();
     ConnectMenus();
     setWindowTitle(QStringLiteral("Lumirra"));
     setFocus();  // no control is singled out before Tab is pressed

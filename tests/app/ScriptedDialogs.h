@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
+#include <utility>
 
 #include "app/Dialogs.h"
 
@@ -15,6 +17,9 @@ class ScriptedDialogs : public Dialogs {
     std::deque<std::optional<QStringList>> files;
     std::deque<std::optional<QString>> saves;
 
+    /// Called while an alert stands, once.
+    std::function<void()> whileAsked;
+
     QStringList messages;  ///< every alert, in order
     QList<QStringList> buttons;
     QList<OpenRequest> opened;
@@ -24,6 +29,9 @@ class ScriptedDialogs : public Dialogs {
     Answer ShowAlert(const QString& message, const QStringList& shown) override {
         messages.append(message);
         buttons.append(shown);
+        if (const auto meanwhile = std::exchange(whileAsked, nullptr)) {
+            meanwhile();
+        }
         if (shown.size() == 1) {
             return FirstButton;
         }

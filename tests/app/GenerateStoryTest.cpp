@@ -1,0 +1,396 @@
+#include <QCheckBox>
+#include <QDoubleSpinBox>
+#include <QFile>
+#include <QImageReader>
+#include <QProcess>
+#include <QProgressBar>
+#include <QSettings>
+#include <QTest>
+#include <random>
+
+#include "WindowFixture.h"
+#include "sources/FrameFiles.h"
+#include "views/GifView.h"
+#include "views/Spinner.h"
+
+namespace lumirra {
+namespace {
+
+const char* const kSizeQuestion =
+    "The selected frames have different dimensions. Do you want to automatically crop and resize "
+    "all frames to match the smallest one?";
+const char* const kRating =
+    "If you enjoy using Lumirra, would you mind taking a moment to rate it? Thanks for your "
+    "support!";
+
+QByteArray BytesOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+class GenerateStory : public WindowTest {
+  protected:
+    void SetUp() override {
+        WindowTest::SetUp();
+        QSettings().clear();
+    }
+    void TearDown() override { QSettings().clear(); }
+
+    /// A picture of one colour with a lighter square that moves to the right.
+    static QImage Picture(int number, QSize size) {
+        QImage image(size, QImage::Format_RGBA8888);
+        image.fill(QColor(40, 90, 30 + 10 * (number % 20)));
+        for (int y = 4; y < 14; ++y) {
+            for (int x = 0; x < 10; ++x) {
+                image.setPixelColor((3 * number + x) % size.width(), y, QColor(250, 240, 60));
+            }
+        }
+        return image;
+    }
+    void Add(const QImage& picture) {
+        const auto path = NextFramePath(folder.path());
+        ASSERT_TRUE(path);
+        ASSERT_TRUE(StoreFrame(picture, *path));
+        const_cast<ProjectState&>(window.State()).frames.Append(*path);
+    }
+    void AddFrames(int count, QSize size = {64, 48}) {
+        for (int i = 0; i < count; ++i) {
+            Add(Picture(i, size));
+        }
+    }
+    void AddNoise(int count, QSize size) {
+        std::mt19937 random(5);
+        for (int i = 0; i < count; ++i) {
+            QImage image(size, QImage::Format_RGBA8888);
+            for (int y = 0; y < size.height(); ++y) {
+                for (int x = 0; x < size.width(); ++x) {
+                    image.setPixelColor(x, y, QColor::fromRgb(static_cast<QRgb>(random())));
+                }
+            }
+            Add(image);
+        }
+    }
+    QString Gif() const { return folder.filePath(QStringLiteral("tempGif.gif")); }
+    GifView& View() { return Find<GifView>("gifPreview"); }
+    bool Busy() const { return window.RunningJob() != BackgroundJob::Kind::None; }
+    void Generate() {
+        Press("buttonGeneratePreview");
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !Busy() && !View().IsLoading(); }, 60000));
+    }
+    QString ButtonText(const char* outlet) { return Find<QAbstractButton>(outlet).text(); }
+    static QSize SizeOf(const QString& path) { return QImageReader(path).size(); }
+    /// What was printed on standard output meanwhile.
+    template <typename Doing>
+    static std::string Printed(Doing doing) {
+        testing::internal::CaptureStdout();
+        doing();
+        return testing::internal::GetCapturedStdout();
+    }
+};
+
+TEST_F(GenerateStory, NothingToGenerateNothingToPlayNothingToSave) {
+    Press("buttonGeneratePreview");
+    EXPECT_EQ(dialogs.OnlyMessage(),
+              QStringLiteral("Please add at least one frame and try again."));
+    EXPECT_TRUE(Enabled("buttonGeneratePreview"));
+    Press("buttonPlayStopPreview");
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Please generate a GIF first."));
+    Press("buttonSaveGif");
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Please generate a GIF first."));
+    EXPECT_TRUE(dialogs.saved.isEmpty());
+}
+
+TEST_F(GenerateStory, GeneratesPlaysAndStops) {
+    AddFrames(12);
+    Type("textFieldFrameDelay", QStringLiteral("0.05"));
+    Press("buttonGeneratePreview");
+    EXPECT_TRUE(Busy());
+    EXPECT_FALSE(Enabled("buttonGeneratePreview"));
+    EXPECT_FALSE(Enabled("buttonSaveGif"));
+    EXPECT_EQ(ButtonText("buttonGeneratePreview"), QStringLiteral("Please Wait..."));
+    EXPECT_TRUE(View().Image().isNull());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !Busy() && !View().IsLoading(); }, 60000));
+
+    EXPECT_TRUE(dialogs.messages.isEmpty()) << "equal sizes: no question";
+    EXPECT_EQ(ButtonText("buttonGeneratePreview"), QStringLiteral("Generate Preview"));
+    EXPECT_TRUE(Enabled("buttonGeneratePreview"));
+    EXPECT_FALSE(Find<Spinner>("progressGifPreview").IsRunning());
+    EXPECT_FALSE(Shown("progressGenerate"));
+    EXPECT_FALSE(View().IsAnimating());
+    EXPECT_EQ(View().Image().size(), QSize(64, 48));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !TextOf("labelGifInfo").isEmpty(); }));
+    EXPECT_TRUE(
+        TextOf("labelGifInfo").startsWith(QStringLiteral("12 frames · 64 × 48 px · 0.6 s · ")))
+        << qPrintable(TextOf("labelGifInfo"));
+
+    Press("buttonPlayStopPreview");
+    EXPECT_TRUE(View().IsAnimating());
+    EXPECT_EQ(ButtonText("buttonPlayStopPreview"), QStringLiteral("Stop"));
+    EXPECT_FALSE(window.State().updating) << "the source's picture is left alone";
+    ASSERT_TRUE(QTest::qWaitFor([this] { return View().ShownPictures() > 2; }));
+    const QImage first = [this] {
+        Press("buttonPlayStopPreview");
+        EXPECT_EQ(ButtonText("buttonPlayStopPreview"), QStringLiteral("Play"));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !View().IsLoading(); }));
+        return View().Image();
+    }();
+    Press("buttonPlayStopPreview");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return View().ShownPictures() > 2; }));
+    EXPECT_NE(View().Image(), first);
+    window.ResetPlay();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !View().IsLoading(); }));
+    EXPECT_EQ(View().Image(), first);
+
+    // Once more while it plays.
+    Press("buttonPlayStopPreview");
+    Press("buttonGeneratePreview");
+    EXPECT_FALSE(View().IsAnimating());
+    EXPECT_TRUE(View().Image().isNull());
+    EXPECT_EQ(ButtonText("buttonPlayStopPreview"), QStringLiteral("Play"));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !Busy() && !View().IsLoading(); }, 60000));
+    EXPECT_EQ(View().Image(), first);
+
+    // A new project has no GIF, but the file stays until the end.
+    window.OnFileNew();
+    EXPECT_TRUE(View().Image().isNull());
+    EXPECT_EQ(TextOf("labelGifInfo"), QString());
+    EXPECT_TRUE(QFile::exists(Gif()));
+    Press("buttonSaveGif");
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Please generate a GIF first."));
+}
+
+TEST_F(GenerateStory, PlayRefreshesThePictureWhenThereIsALoopCount) {
+    OpenImages({Media("photo.png")});
+    AddFrames(2);
+    Generate();
+    Press("buttonPlayStopPreview");
+    EXPECT_FALSE(window.State().updating);
+    Press("buttonPlayStopPreview");
+    Type("textFieldLoopCount", QStringLiteral("2"));
+    Press("buttonPlayStopPreview");
+    EXPECT_TRUE(window.State().updating);
+    Settle();
+}
+
+TEST_F(GenerateStory, FramesOfDifferentSizesAreAskedAboutOnce) {
+    AddFrames(2, {64, 48});
+    AddFrames(2, {40, 40});
+    const struct {
+        Dialogs::Answer answer;
+        QSize size;
+    } cases[] = {{Dialogs::SecondButton, {64, 48}}, {Dialogs::FirstButton, {40, 40}}};
+    for (const auto& one : cases) {
+        dialogs.answers = {one.answer};
+        Generate();
+        EXPECT_EQ(dialogs.OnlyMessage(), QString::fromUtf8(kSizeQuestion));
+        EXPECT_EQ(SizeOf(Gif()), one.size);
+        EXPECT_EQ(View().Image().size(), one.size);
+    }
+    EXPECT_EQ(dialogs.buttons.last(), (QStringList{QStringLiteral("Yes"), QStringLiteral("No")}));
+}
+
+TEST_F(GenerateStory, NewQuitAndCloseEndAGenerationAtOnceAndLeaveNoHalfFile) {
+    AddFrames(250, {320, 240});
+    QFile old(Gif());
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    old.write("old");
+    old.close();
+    Press("buttonGeneratePreview");
+    ASSERT_TRUE(QTest::qWaitFor(
+        [this] { return Find<QProgressBar>("progressGenerate").value() > 0; }, 60000));
+    EXPECT_TRUE(Shown("progressGenerate"));
+    EXPECT_TRUE(TextOf("labelGifInfo").contains(QStringLiteral(" of 250")));
+    ASSERT_TRUE(Busy()) << "more frames are needed here";
+    QElapsedTimer clock;
+    clock.start();
+    window.OnFileNew();
+    EXPECT_LT(clock.elapsed(), 3000);
+    EXPECT_FALSE(Busy());
+    EXPECT_TRUE(dialogs.messages.isEmpty());
+    EXPECT_EQ(BytesOf(Gif()), "old");
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files),
+              QStringList{QStringLiteral("tempGif.gif")});
+    EXPECT_TRUE(Enabled("buttonGeneratePreview"));
+    EXPECT_EQ(ButtonText("buttonGeneratePreview"), QStringLiteral("Generate Preview"));
+
+    AddFrames(80, {320, 240});
+    window.show();
+    Press("buttonGeneratePreview");
+    QTest::qWait(30);
+    EXPECT_TRUE(window.close());
+    EXPECT_FALSE(Busy());
+    EXPECT_TRUE(QDir(folder.path()).isEmpty());
+}
+
+/// While the question stands nothing is written; the window may go away meanwhile.
+TEST_F(GenerateStory, TheWindowIsClosedWhileTheQuestionStands) {
+    AddFrames(1, {64, 48});
+    AddFrames(1, {40, 40});
+    window.show();
+    dialogs.answers = {Dialogs::FirstButton};
+    dialogs.whileAsked = [this] { EXPECT_TRUE(window.close()); };
+    Press("buttonGeneratePreview");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !Busy(); }, 20000));
+    QTest::qWait(50);
+    EXPECT_TRUE(QDir(folder.path()).isEmpty());
+}
+
+class SaveStory : public GenerateStory {
+  protected:
+    void SetUp() override {
+        GenerateStory::SetUp();
+        AddFrames(3);
+        Generate();
+    }
+    std::string Save(const QString& path) {
+        dialogs.saves.push_back(path);
+        return Printed([this] { Press("buttonSaveGif"); });
+    }
+    static QString Choice() {
+        return QSettings().value(QStringLiteral("ShowRateMessage")).toString();
+    }
+    QString Out(const char* name) const { return out.filePath(QString::fromLatin1(name)); }
+
+    QTemporaryDir out;
+};
+
+TEST_F(SaveStory, TheCopyIsWholeAndTheUserIsAskedOnTheSecondOccasion) {
+    EXPECT_NE(Save(Out("a.gif")).find("Remove failed: "), std::string::npos);
+    EXPECT_EQ(dialogs.saved.last().suggestedName, QStringLiteral("videoGif.gif"));
+    EXPECT_EQ(dialogs.saved.last().extension, QStringLiteral("gif"));
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Gif saved successfully."));
+    EXPECT_EQ(BytesOf(Out("a.gif")), BytesOf(Gif()));
+    EXPECT_EQ(Choice(), QStringLiteral("Yes"));
+
+    dialogs.answers = {Dialogs::SecondButton};
+    EXPECT_EQ(Save(Out("a.gif")), "") << "over an existing file";
+    ASSERT_EQ(dialogs.messages.size(), 2);
+    EXPECT_EQ(dialogs.messages.last(), QString::fromUtf8(kRating));
+    EXPECT_EQ(dialogs.buttons.last(),
+              (QStringList{QStringLiteral("Yes, Rate Lumirra"), QStringLiteral("Remind me later"),
+                           QStringLiteral("No, Thanks")}));
+    EXPECT_EQ(Choice(), QStringLiteral("Yes"));
+    dialogs.messages.clear();
+    Save(Out("b.gif"));
+    dialogs.OnlyMessage();  // once in a run
+    EXPECT_TRUE(dialogs.addresses.isEmpty());
+
+    dialogs.saves.push_back(std::nullopt);
+    Press("buttonSaveGif");
+    EXPECT_TRUE(dialogs.messages.isEmpty());
+}
+
+TEST_F(SaveStory, AnAnswerCountsForEver) {
+    const struct {
+        QVariant kept;
+        Dialogs::Answer answer;
+        bool asked;
+        QString after;
+        qsizetype opened;
+    } cases[] = {
+        {QStringLiteral("Yes"), Dialogs::FirstButton, true, QStringLiteral("No"), 1},
+        {QStringLiteral("Yes"), Dialogs::ThirdButton, true, QStringLiteral("No"), 0},
+        {QStringLiteral("No"), Dialogs::FirstButton, false, QStringLiteral("No"), 0},
+        {QStringLiteral("yes"), Dialogs::FirstButton, false, QStringLiteral("yes"), 0},
+        {1, Dialogs::FirstButton, false, QStringLiteral("1"), 0},
+    };
+    for (const auto& one : cases) {
+        QSettings().setValue(QStringLiteral("ShowRateMessage"), one.kept);
+        ScriptedDialogs script;
+        ViewController other(theme, script, folder.path());
+        const auto path = NextFramePath(folder.path());
+        ASSERT_TRUE(path && StoreFrame(Picture(1, {20, 20}), *path));
+        const_cast<ProjectState&>(other.State()).frames.Append(*path);
+        other.OnGeneratePreview();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return other.RunningJob() == BackgroundJob::Kind::None; },
+                                    20000));
+        script.answers = {one.answer};
+        script.saves = {Out("c.gif")};
+        Printed([&] { other.OnSaveGif(); });
+        EXPECT_EQ(script.messages.contains(QString::fromUtf8(kRating)), one.asked);
+        EXPECT_EQ(Choice(), one.after);
+        EXPECT_EQ(script.addresses.size(), one.opened);
+    }
+}
+
+TEST_F(SaveStory, WhatCannotBeSavedLeavesWhatWasThere) {
+    // A folder in its place, a folder that is not there, the preview file gone.
+    ASSERT_TRUE(QDir(out.path()).mkdir(QStringLiteral("folder.gif")));
+    EXPECT_EQ(Save(Out("folder.gif")).rfind("Save failed: ", 0), 0U);
+    EXPECT_NE(Save(Out("none/x.gif")).find("\nSave failed: "), std::string::npos);
+    Save(Out("kept.gif"));
+    dialogs.messages.clear();
+    const QByteArray kept = BytesOf(Out("kept.gif"));
+    ASSERT_FALSE(kept.isEmpty());
+    ASSERT_TRUE(QFile::remove(Gif()));
+    const std::string line = Save(Out("kept.gif"));
+    EXPECT_EQ(line.rfind("Save failed: ", 0), 0U);
+    EXPECT_EQ(std::count(line.begin(), line.end(), '\n'), 1);
+    EXPECT_EQ(BytesOf(Out("kept.gif")), kept);
+    EXPECT_TRUE(dialogs.messages.isEmpty());
+    EXPECT_EQ(QDir(out.path()).entryList(QDir::Files), QStringList{QStringLiteral("kept.gif")});
+
+    // Play still works on what is in memory, stop shows that the file is gone.
+    Press("buttonPlayStopPreview");
+    Press("buttonPlayStopPreview");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !View().IsLoading(); }));
+    EXPECT_TRUE(View().Image().isNull());
+}
+
+TEST_F(GenerateStory, FramesThatVanishedAreLeftOutAndNoneAtAllIsAFailure) {
+    AddFrames(4);
+    const QStringList paths = window.State().frames.Paths();
+    ASSERT_TRUE(QFile::remove(paths[2]));
+    dialogs.answers = {Dialogs::SecondButton};  // unreadable counts as a size of its own
+    Generate();
+    EXPECT_EQ(dialogs.OnlyMessage(), QString::fromUtf8(kSizeQuestion));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !TextOf("labelGifInfo").isEmpty(); }));
+    EXPECT_TRUE(TextOf("labelGifInfo").startsWith(QStringLiteral("3 frames · 1 unreadable")))
+        << qPrintable(TextOf("labelGifInfo"));
+
+    for (const QString& path : paths) {
+        QFile::remove(path);
+    }
+    Generate();
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Could not generate the preview"));
+    EXPECT_TRUE(View().Image().isNull());
+    EXPECT_TRUE(View().HasPictureObject());
+    EXPECT_FALSE(QFile::exists(Gif())) << "the old one must not pass for the new one";
+    EXPECT_TRUE(Enabled("buttonGeneratePreview"));
+    dialogs.saves.push_back(folder.filePath(QStringLiteral("out.gif")));
+    EXPECT_NE(Printed([this] { Press("buttonSaveGif"); }).find("Save failed: "), std::string::npos);
+    EXPECT_TRUE(dialogs.messages.isEmpty());
+}
+
+TEST_F(GenerateStory, WithoutItsFolderTheProgramSaysSo) {
+    AddFrames(2);
+    ASSERT_TRUE(QDir(folder.path()).removeRecursively());
+    Press("buttonGeneratePreview");
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Could not generate the preview."));
+    EXPECT_FALSE(Busy());
+    EXPECT_TRUE(Enabled("buttonGeneratePreview"));
+}
+
+TEST_F(GenerateStory, QualitySizeLimitAndRepeatingReachTheFile) {
+    AddNoise(6, {150, 150});
+    Generate();
+    const QByteArray fine = BytesOf(Gif());
+    ASSERT_GT(fine.size(), 110'000);
+    EXPECT_FALSE(fine.contains("NETSCAPE"));
+    Press("checkRepeatForever");
+    Press("checkMaxSize");
+    Find<QDoubleSpinBox>("fieldMaxSize").setValue(0.1);
+    Generate();
+    EXPECT_TRUE(dialogs.messages.isEmpty());
+    EXPECT_LE(QFile(Gif()).size(), 100'000);
+    EXPECT_TRUE(BytesOf(Gif()).contains("NETSCAPE"));
+
+    AddNoise(30, {150, 150});
+    Generate();
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Could not generate the preview"));
+    EXPECT_TRUE(View().text().contains(QStringLiteral("100 KB")))
+        << "why: " << qPrintable(View().text());
+}
+
+}  // namespace
+}  // namespace lumirra
