@@ -16,7 +16,16 @@ QString TitleOf(const QString& path) {
 
 }  // namespace
 
+/// What stands in a field that was not left yet counts as if it had been.
+void ViewController::CommitTyping() {
+    if (QWidget* field = focusWidget(); field != nullptr && field != this) {
+        setFocus();
+        field->setFocus();
+    }
+}
+
 void ViewController::OnSaveProfile() {
+    CommitTyping();
     if (!IsModified()) {
         return;
     }
@@ -28,6 +37,7 @@ void ViewController::OnSaveProfile() {
 }
 
 void ViewController::OnSaveProfileAs() {
+    CommitTyping();
     const std::optional<QString> path = dialogs_.SaveFile(
         {tr("Save Profile"), tr("Lumirra profiles"), kExtension, QStringLiteral("profile.lmr")});
     if (path) {

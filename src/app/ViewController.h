@@ -153,6 +153,7 @@ class ViewController : public MainWindow {
     bool MayLoseChanges(const QString& question);
 
     void ResetGroup(lumirra::ResetGroup group, std::optional<Control> onlyWhenOn);
+    void CommitTyping();
     void WriteProfile();
 
     struct GifRun;

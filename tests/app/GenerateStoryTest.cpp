@@ -1,3 +1,5 @@
+#include <sys/resource.h>
+
 #include <QCheckBox>
 #include <QDoubleSpinBox>
 #include <QFile>
@@ -6,10 +8,10 @@
 #include <QProgressBar>
 #include <QSettings>
 #include <QTest>
+#include <csignal>
 #include <random>
 
 #include "WindowFixture.h"
-#include "sources/FrameFiles.h"
 #include "views/GifView.h"
 #include "views/Spinner.h"
 
@@ -47,19 +49,36 @@ class GenerateStory : public WindowTest {
         }
         return image;
     }
-    void Add(const QImage& picture) {
-        const auto path = NextFramePath(folder.path());
-        ASSERT_TRUE(path);
-        ASSERT_TRUE(StoreFrame(picture, *path));
-        const_cast<ProjectState&>(window.State()).frames.Append(*path);
+    /// By hand or automatically, as a person would: opens them and presses the button.
+    void Add(const QList<QImage>& frames) {
+        QStringList paths;
+        for (const QImage& frame : frames) {
+            paths << pictures.filePath(QStringLiteral("%1.png").arg(++made_));
+            ASSERT_TRUE(frame.save(paths.last()));
+        }
+        const int before = window.State().frames.Count();
+        Press("buttonCloseVideo");
+        OpenImages(paths);
+        if (frames.size() > 1 && before > 0) {
+            dialogs.answers.push_front(Dialogs::SecondButton);  // those in the list stay
+        }
+        Press(frames.size() > 1 ? "buttonAddFramesAutomatically" : "buttonAddFrame");
+        ASSERT_TRUE(QTest::qWaitFor(
+            [&] { return !Busy() && window.State().frames.Count() == before + frames.size(); },
+            60000));
+        dialogs.messages.clear();
     }
     void AddFrames(int count, QSize size = {64, 48}) {
+        QList<QImage> frames;
         for (int i = 0; i < count; ++i) {
-            Add(Picture(i, size));
+            frames << Picture(i, size);
         }
+        Add(frames);
     }
+    /// Grain, which no quality makes small.
     void AddNoise(int count, QSize size) {
         std::mt19937 random(5);
+        QList<QImage> frames;
         for (int i = 0; i < count; ++i) {
             QImage image(size, QImage::Format_RGBA8888);
             for (int y = 0; y < size.height(); ++y) {
@@ -67,8 +86,9 @@ class GenerateStory : public WindowTest {
                     image.setPixelColor(x, y, QColor::fromRgb(static_cast<QRgb>(random())));
                 }
             }
-            Add(image);
+            frames << image;
         }
+        Add(frames);
     }
     QString Gif() const { return folder.filePath(QStringLiteral("tempGif.gif")); }
     GifView& View() { return Find<GifView>("gifPreview"); }
@@ -86,6 +106,28 @@ class GenerateStory : public WindowTest {
         doing();
         return testing::internal::GetCapturedStdout();
     }
+
+    QTemporaryDir pictures;
+
+  private:
+    int made_ = 0;
+};
+
+/// No file of this process may become larger: a disk that is full.
+class FullDisk {
+  public:
+    explicit FullDisk(rlim_t bytes) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit little{bytes, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &little);
+    }
+    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before_); }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+  private:
+    rlimit before_{};
 };
 
 TEST_F(GenerateStory, NothingToGenerateNothingToPlayNothingToSave) {
@@ -160,7 +202,6 @@ TEST_F(GenerateStory, GeneratesPlaysAndStops) {
 }
 
 TEST_F(GenerateStory, PlayRefreshesThePictureWhenThereIsALoopCount) {
-    OpenImages({Media("photo.png")});
     AddFrames(2);
     Generate();
     Press("buttonPlayStopPreview");
@@ -294,13 +335,15 @@ TEST_F(SaveStory, AnAnswerCountsForEver) {
         {QStringLiteral("yes"), Dialogs::FirstButton, false, QStringLiteral("yes"), 0},
         {1, Dialogs::FirstButton, false, QStringLiteral("1"), 0},
     };
+    const QString picture = pictures.filePath(QStringLiteral("1.png"));
     for (const auto& one : cases) {
         QSettings().setValue(QStringLiteral("ShowRateMessage"), one.kept);
         ScriptedDialogs script;
         ViewController other(theme, script, folder.path());
-        const auto path = NextFramePath(folder.path());
-        ASSERT_TRUE(path && StoreFrame(Picture(1, {20, 20}), *path));
-        const_cast<ProjectState&>(other.State()).frames.Append(*path);
+        other.OpenFiles({picture});
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !other.State().updating; }, 20000));
+        other.OnAddFrame();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return other.State().frames.Count() == 1; }, 20000));
         other.OnGeneratePreview();
         ASSERT_TRUE(QTest::qWaitFor([&] { return other.RunningJob() == BackgroundJob::Kind::None; },
                                     20000));
@@ -362,6 +405,34 @@ TEST_F(GenerateStory, FramesThatVanishedAreLeftOutAndNoneAtAllIsAFailure) {
     EXPECT_TRUE(dialogs.messages.isEmpty());
 }
 
+TEST_F(GenerateStory, AFullDiskLeavesNothingHalf) {
+    AddNoise(4, {150, 150});
+    {
+        const FullDisk full(20'000);
+        Generate();
+    }
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Could not generate the preview"));
+    EXPECT_FALSE(View().text().isEmpty());
+    EXPECT_EQ(QDir(folder.path()).entryList({QStringLiteral("*.gif*")}, QDir::Files),
+              QStringList());
+
+    Generate();
+    QFile old(pictures.filePath(QStringLiteral("old.gif")));
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    old.write("old");
+    old.close();
+    dialogs.saves.push_back(old.fileName());
+    const std::string line = Printed([this] {
+        const FullDisk full(20'000);
+        Press("buttonSaveGif");
+    });
+    EXPECT_EQ(line.rfind("Save failed: ", 0), 0U) << line;
+    EXPECT_EQ(BytesOf(old.fileName()), "old");
+    EXPECT_EQ(QDir(pictures.path()).entryList({QStringLiteral("*.gif*")}, QDir::Files),
+              QStringList{QStringLiteral("old.gif")});
+    EXPECT_TRUE(dialogs.messages.isEmpty());
+}
+
 TEST_F(GenerateStory, WithoutItsFolderTheProgramSaysSo) {
     AddFrames(2);
     ASSERT_TRUE(QDir(folder.path()).removeRecursively());
@@ -369,6 +440,40 @@ TEST_F(GenerateStory, WithoutItsFolderTheProgramSaysSo) {
     EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Could not generate the preview."));
     EXPECT_FALSE(Busy());
     EXPECT_TRUE(Enabled("buttonGeneratePreview"));
+}
+
+/// The window and the command line are one engine: the same profile gives the same bytes.
+TEST_F(GenerateStory, AProfileGivesTheSameGifOnTheCommandLine) {
+    const QString clip = Media("monster.mp4");
+    OpenVideo(clip);
+    Press("radioFixedNumberOfFrames");
+    Type("textFieldFixedNumberOfFrames", QStringLiteral("6"));
+    Edit("sliderSaturation", 1.4);
+    Press("checkVignette");
+    Type("textFieldCustomCropOriginX", QStringLiteral("10"));
+    Type("textFieldCustomCropWidth", QStringLiteral("80"));
+    Type("textFieldResizeTo", QStringLiteral("40"));
+    Type("textFieldFrameDelay", QStringLiteral("0.2"));
+    Press("checkCustomColorCount");
+    Edit("sliderCustomColorCount", 24);
+    Type("textFieldLoopCount", QStringLiteral("3"));
+    Settle();
+    Press("buttonAddFramesAutomatically");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !Busy(); }, 60000));
+    ASSERT_EQ(window.State().frames.Count(), 6);
+    Generate();
+
+    const QString profile = pictures.filePath(QStringLiteral("p.lmr"));
+    dialogs.saves.push_back(profile);
+    window.OnSaveProfile();
+    const QString out = pictures.filePath(QStringLiteral("out.gif"));
+    QProcess program;
+    program.start(QStringLiteral(LUMIRRA_CLI),
+                  {QStringLiteral("--profile"), profile, clip, QStringLiteral("-o"), out});
+    ASSERT_TRUE(program.waitForFinished(60000));
+    ASSERT_EQ(program.exitCode(), 0) << program.readAllStandardError().toStdString();
+    EXPECT_GT(BytesOf(out).size(), 10'000);
+    EXPECT_EQ(BytesOf(out), BytesOf(Gif()));
 }
 
 TEST_F(GenerateStory, QualitySizeLimitAndRepeatingReachTheFile) {

@@ -1,7 +1,8 @@
-#include <cmath>
+#include <algorithm>
 #include <memory>
 
 #include "app/ViewController.h"
+#include "app/jobs/TimeLeft.h"
 #include "settings/SettingsRecords.h"
 #include "sources/Extraction.h"
 #include "ui_MainWindow.h"
@@ -10,20 +11,13 @@ namespace lumirra {
 namespace {
 
 constexpr int kWidestStatus = 280;  ///< pixels; longer texts are cut, whole in the tooltip
-constexpr qint64 kSettlingMilliseconds = 800;  ///< before that the pace is not known
 
 /// "12 of 46 · about 3 s left"
 QString ProgressText(const ExtractionProgress& progress, qint64 elapsedMilliseconds) {
     const QString counted = ViewController::tr("%1 of %2").arg(progress.stored).arg(progress.total);
-    if (elapsedMilliseconds < kSettlingMilliseconds || progress.stored == 0) {
-        return counted;
-    }
-    const double seconds = std::ceil(static_cast<double>(elapsedMilliseconds) / 1000 *
-                                     (progress.total - progress.stored) / progress.stored);
-    const QString left = seconds < 100
-                             ? ViewController::tr("about %1 s left").arg(seconds)
-                             : ViewController::tr("about %1 min left").arg(std::ceil(seconds / 60));
-    return ViewController::tr("%1 · %2").arg(counted, left);
+    const QString left = TimeLeftText(
+        elapsedMilliseconds, static_cast<double>(progress.stored) / std::max(progress.total, 1));
+    return left.isEmpty() ? counted : ViewController::tr("%1 · %2").arg(counted, left);
 }
 
 /// How the run went, in a few words; the reason for a frame left out with them.

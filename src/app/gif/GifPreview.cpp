@@ -138,7 +138,7 @@ void ViewController::ShowWritingProgress(int done, int total, int frames, qint64
     const QString count = round > 0 ? tr("Try %1: %2 of %3").arg(round + 1).arg(written).arg(frames)
                                     : tr("%1 of %2").arg(written).arg(frames);
     const QString left = TimeLeftText(elapsed, done / static_cast<double>(total));
-    ui_.labelGifInfo->setText(left.isEmpty() ? count : count + QStringLiteral(" · ") + left);
+    ui_.labelGifInfo->setText(left.isEmpty() ? count : tr("%1 · %2").arg(count, left));
 }
 
 void ViewController::GifGenerationFinished(const GifRun& run) {
