@@ -1,9 +1,8 @@
 #include "app/ControlDressing.h"
 
-#include <QWidget>
+#include <QHash>
 #include <cmath>
 
-#include "settings/Control.h"
 #include "views/PopUp.h"
 #include "views/Stepper.h"
 #include "views/ValueSlider.h"
@@ -65,13 +64,26 @@ void Dress(QWidget& widget, const ControlRow& row) {
 
 }  // namespace
 
-void DressControls(QWidget& window) {
+SettingWidgets FindSettingWidgets(const QWidget& window) {
+    QHash<QString, QWidget*> byName;
+    const QList<QWidget*> all = window.findChildren<QWidget*>();
+    for (QWidget* widget : all) {
+        byName.insert(widget->objectName(), widget);
+    }
+    SettingWidgets found{};
     for (const ControlRow& row : ControlTable()) {
-        auto* widget = window.findChild<QWidget*>(row.name);
+        QWidget* const widget = byName.value(row.name);
         if (widget == nullptr) {
             qFatal("the interface file has no %s", row.name.data());
         }
-        Dress(*widget, row);
+        found[static_cast<std::size_t>(row.control)] = widget;
+    }
+    return found;
+}
+
+void DressControls(const SettingWidgets& widgets) {
+    for (const ControlRow& row : ControlTable()) {
+        Dress(*widgets[static_cast<std::size_t>(row.control)], row);
     }
 }
 

@@ -45,10 +45,9 @@ TextColor ToTextColor(const QColor& color) {
 
 }  // namespace
 
-ControlWidgets::ControlWidgets(QWidget& window, std::function<void(Control)> onEdited)
-    : onEdited_(std::move(onEdited)) {
+ControlWidgets::ControlWidgets(const SettingWidgets& widgets, std::function<void(Control)> onEdited)
+    : widgets_(widgets), onEdited_(std::move(onEdited)) {
     for (const ControlRow& row : ControlTable()) {
-        widgets_[static_cast<std::size_t>(row.control)] = window.findChild<QWidget*>(row.name);
         Connect(row);
     }
 }

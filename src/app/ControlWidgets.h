@@ -2,21 +2,20 @@
 
 #include <QColor>
 #include <QWidget>
-#include <array>
 #include <functional>
 
+#include "app/ControlDressing.h"
 #include "settings/ControlValues.h"
 
 namespace lumirra {
 
-/// The setting controls of the window as one value: finds each widget by its outlet name, sets it
-/// up from its row of the table, and reads and writes all of them. Main thread.
+/// The setting controls of the window as one value: reads and writes all of them. Main thread.
 class ControlWidgets {
   public:
-    /// Every control of the table must be a child of `window`, set up by `DressControls`.
-    /// `onEdited` is called after a person changed a control (for a text field: committed it),
-    /// never for a change made by `Write`.
-    ControlWidgets(QWidget& window, std::function<void(Control)> onEdited);
+    /// The widgets must have been set up by `DressControls`, and outlive this. `onEdited` is called
+    /// after a person changed a control (for a text field: committed it), never for a change made
+    /// by `Write`.
+    ControlWidgets(const SettingWidgets& widgets, std::function<void(Control)> onEdited);
 
     ControlValues Read() const;
     void Write(const ControlValues& values);
@@ -34,7 +33,7 @@ class ControlWidgets {
     /// What was written, unless the well now shows another colour: a well holds 16 bits only.
     TextColor ColorOf(const QColor& shown) const;
 
-    std::array<QWidget*, kControlCount> widgets_{};
+    SettingWidgets widgets_;
     std::function<void(Control)> onEdited_;
     std::array<QString, kControlCount> committed_;  ///< of the text fields
     int cropUnitInForce_ = 0;

@@ -25,7 +25,7 @@ QString Key(const char* name) {
 MainWindow::MainWindow(Theme& theme) : controls_(std::make_unique<Ui::MainWindow>()) {
     controls_->setupUi(this);
     setWindowIcon(DrawnIcon(QStringLiteral("app")));
-    DressControls(*this);
+    DressControls(FindSettingWidgets(*this));
     ApplyIcons(*this);
     PreparePanel();
     PrepareThemeMenu(theme);

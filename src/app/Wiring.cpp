@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 #include <QToolTip>
 
+#include "app/ControlDressing.h"
 #include "app/ControlWidgets.h"
 #include "app/HelpPages.h"
 #include "app/SizeEstimate.h"
@@ -45,7 +46,7 @@ ViewController::ViewController(Theme& theme, Dialogs& dialogs, QString temporary
     qApp->installEventFilter(this);
     DimPanelButtons();
     controls_ = std::make_unique<ControlWidgets>(
-        *this, [this](Control control) { OnControlEdited(control); });
+        FindSettingWidgets(*this), [this](Control control) { OnControlEdited(control); });
     ConnectOutputTab();
     InitializeControls();
     RefreshControlStates();
