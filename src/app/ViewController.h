@@ -13,11 +13,10 @@
 #include "app/ProjectState.h"
 #include "app/jobs/BackgroundJob.h"
 
-class QMediaPlayer;
-
 namespace lumirra {
 
 class ControlWidgets;
+class Film;
 struct ExtractionJob;
 struct ExtractionProgress;
 struct ExtractionResult;
@@ -207,7 +206,7 @@ class ViewController : public MainWindow {
     std::unique_ptr<SizeEstimate> sizeEstimate_;
     ProjectState state_;
 
-    std::unique_ptr<QMediaPlayer> player_;
+    std::unique_ptr<Film> film_;
 
     std::shared_ptr<PreviewSource> previewSource_;
     quint64 previewGeneration_ = 0;  ///< of the source: a picture of an earlier one is dropped

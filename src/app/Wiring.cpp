@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QGraphicsOpacityEffect>
 #include <QKeyEvent>
-#include <QMediaPlayer>
 #include <QMouseEvent>
 #include <QToolTip>
 
@@ -14,6 +13,7 @@
 #include "app/ViewController.h"
 #include "sources/StillReader.h"
 #include "ui_MainWindow.h"
+#include "views/Film.h"
 
 namespace lumirra {
 namespace {

@@ -1,26 +1,19 @@
 #include "sources/VideoEngine.h"
 
-#include <dlfcn.h>
+#include "imaging/ModuleEntry.h"
 
 namespace lumirra {
 
 namespace {
 
 Outcome<const VideoEngine*> Load() {
-    // A name without a folder is looked for along the program's own run path. The library is never
-    // closed: pictures and engine may be in use to the end.
-    constexpr auto kLibrary = "lumirra-video.so";
-    if (void* const library = ::dlopen(kLibrary, RTLD_LAZY | RTLD_LOCAL)) {
-        using Entry = const VideoEngine* (*)();
-        if (const auto entry = reinterpret_cast<Entry>(::dlsym(library, "lumirraVideoEngine"))) {
-            return entry();
-        }
+    using Entry = const VideoEngine* (*)();
+    const auto entry = ModuleEntry("lumirra-video.so", "lumirraVideoEngine",
+                                   QStringLiteral("Videos cannot be read"));
+    if (!entry) {
+        return entry.failure();
     }
-    const char* const reason = ::dlerror();
-    return Failure{Failure::Kind::Unsupported,
-                   QStringLiteral("Videos cannot be read, a part of the program does not load: %1.")
-                       .arg(QString::fromLocal8Bit(reason ? reason : kLibrary)),
-                   QString::fromLatin1(kLibrary)};
+    return reinterpret_cast<Entry>(*entry)();
 }
 
 }  // namespace

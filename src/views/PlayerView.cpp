@@ -1,51 +1,36 @@
 #include "views/PlayerView.h"
 
 #include <QPainter>
-#include <QVideoSink>
 
-#include "views/player/FramePixels.h"
+#include "views/Film.h"
 
 namespace lumirra {
 
 PlayerView::PlayerView(QWidget* parent) : QWidget(parent) {}
-
-PlayerView::~PlayerView() = default;
-
-QVideoSink* PlayerView::Sink() {
-    if (sink_ == nullptr) {
-        sink_ = new QVideoSink(this);
-        connect(sink_, &QVideoSink::videoFrameChanged, this, &PlayerView::TakeFrame);
-    }
-    return sink_;
-}
 
 void PlayerView::SetShownSize(const QSize& size) {
     shownSize_ = size;
     update();
 }
 
-void PlayerView::Clear() {
-    frame_ = {};
+void PlayerView::SetFilm(const Film* film) {
+    film_ = film;
     fresh_ = false;
     drawn_ = 0;
     buffer_ = {};
     update();
 }
 
-void PlayerView::TakeFrame(const QVideoFrame& frame) {
-    if (frame.isValid()) {
-        frame_ = frame;
-        fresh_ = true;
-        update();
-    }
+void PlayerView::TakePicture() {
+    fresh_ = true;
+    update();
 }
 
 void PlayerView::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    if (!frame_.isValid()) {
+    const QSize upright = film_ != nullptr ? film_->PictureSize() : QSize();
+    if (upright.isEmpty()) {
         return;
     }
-    const QSize upright = UprightSize(frame_);
     const QSizeF shown = shownSize_.isEmpty() ? QSizeF(upright) : QSizeF(shownSize_);
     const QSizeF fit = shown.scaled(QSizeF(size()), Qt::KeepAspectRatio);
     const QRectF place((width() - fit.width()) / 2, (height() - fit.height()) / 2, fit.width(),
@@ -54,12 +39,13 @@ void PlayerView::paintEvent(QPaintEvent*) {
     // Shrinking is done while converting; growing is cheaper afterwards.
     const QSize wanted = device.boundedTo(upright);
     if (fresh_ || buffer_.size() != wanted) {
-        if (!FrameToImage(frame_, wanted, buffer_)) {
+        if (!film_->Draw(wanted, buffer_)) {
             return;
         }
         drawn_ += fresh_ ? 1 : 0;
         fresh_ = false;
     }
+    QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, buffer_.size() != device);
     painter.drawImage(place, buffer_);
 }

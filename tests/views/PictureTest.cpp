@@ -4,11 +4,11 @@
 #include <QTest>
 #include <QVideoFrame>
 #include <QVideoFrameFormat>
-#include <QVideoSink>
 #include <cmath>
 
 #include "views/CaptionField.h"
 #include "views/ColorWell.h"
+#include "views/Film.h"
 #include "views/PlayerView.h"
 #include "views/ScreenPicture.h"
 #include "views/VideoImageView.h"
@@ -205,28 +205,41 @@ TEST(FramePixels, EveryLayoutMatrixAndRangeGivesTheColourBack) {
     }
 }
 
-TEST(PlayerView, DrawsOnlyTheNewestFrame) {
+/// Pictures in one colour.
+class ColourFilm : public Film {
+  public:
+    QColor colour;
+    QSize size;
+    QSize PictureSize() const override { return size; }
+    bool Draw(const QSize& wanted, QImage& image) const override {
+        image = QImage(wanted, QImage::Format_RGB32);
+        image.fill(colour);
+        return true;
+    }
+};
+
+TEST(PlayerView, DrawsOnlyTheNewestPicture) {
+    ColourFilm film;
     PlayerView player;
     player.resize(68, 36);
+    player.SetFilm(&film);
     player.show();
-    const YuvCase plain{QVideoFrameFormat::Format_YUV420P,
-                        8,
-                        false,
-                        QVideoFrameFormat::ColorSpace_BT601,
-                        0.299,
-                        0.114,
-                        false};
+    const QImage empty = player.grab().toImage();
+    EXPECT_EQ(player.DrawnPictures(), 0) << "none has come";
+    film.size = QSize(34, 18);
     for (int i = 0; i < 20; ++i) {
-        player.Sink()->setVideoFrame(OneColour(plain, QColor(10 * i, 0, 0), QSize(34, 18)));
+        film.colour = QColor(10 * i, 0, 0);
+        player.TakePicture();
     }
     const QImage shown = player.grab().toImage();
-    EXPECT_NEAR(shown.pixelColor(34, 18).red(), 190, 3);
+    EXPECT_EQ(shown.pixelColor(34, 18).red(), 190);
     EXPECT_EQ(player.DrawnPictures(), 1);
     player.SetShownSize(QSize(18, 18));
     EXPECT_NE(player.grab().toImage().pixelColor(5, 18), shown.pixelColor(34, 18))
         << "narrower by the pixels' shape";
-    player.Clear();
+    player.SetFilm(nullptr);
     EXPECT_EQ(player.DrawnPictures(), 0);
+    EXPECT_EQ(player.grab().toImage(), empty);
 }
 
 TEST(ColorWell, AsksAndReportsOnlyAnotherColour) {
