@@ -67,7 +67,7 @@ class DifferenceRows {
                     all));
         };
         const auto ownLimit = limits(tuning.pixelLimit, 0);
-        const auto areaLimit = limits(tuning.areaLimit * 9, 9 * 255);
+        const auto areaLimit = limits(tuning.areaLimit, 9 * 255);
         const std::int16_t* own = Row(y);
         for (std::size_t i = 0; i < samples_; i += hn::Lanes(d)) {
             const auto sum =

@@ -10,7 +10,7 @@ namespace lumirra::gif {
 /// Differences in levels (0..255) that count as standing still.
 struct GoalTuning {
     int pixelLimit = 5;  ///< of one pixel in any channel
-    int areaLimit = 1;   ///< of the mean of 3 x 3 pixels
+    int areaLimit = 9;   ///< of the sum of 3 x 3 pixels
     int lookAhead = 4;   ///< frames averaged at most, beside the frame itself
 };
 
