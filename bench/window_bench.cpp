@@ -1,15 +1,21 @@
-// bench_window start | position CLIP | effect PICTURE
+// bench_window start | position CLIP | effect PICTURE | strip CLIP
 // "start" ends once the window has been painted and answers; the others hold a knob with a made-up
 // mouse for some seconds and say how many pictures a second appeared, and how long after the
-// release the exact one stood there. Dragging needs a platform with a display or "offscreen".
+// release the exact one stood there. "strip" fills the list with 2000 frames and tells how long the
+// window is held up by one more, by a selection and by scrolling through them all. All but "start"
+// need a platform with a display or "offscreen".
+#include <QAbstractButton>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QLineEdit>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <cmath>
 #include <cstdio>
+#include <functional>
 
 #include "app/QtDialogs.h"
 #include "app/ViewController.h"
@@ -17,6 +23,7 @@
 #include "views/Theme.h"
 #include "views/ValueSlider.h"
 #include "views/VideoImageView.h"
+#include "views/strip/ScrollViewFrames.h"
 
 namespace {
 
@@ -87,6 +94,77 @@ int Drag(ViewController& window, QWidget& knob, double width, int sweeps) {
     return 0;
 }
 
+/// An application that knows the longest time one event took: as long the window did not answer.
+class TimedApplication : public QApplication {
+  public:
+    using QApplication::QApplication;
+    bool notify(QObject* receiver, QEvent* event) override {
+        if (std::exchange(inside_, true)) {
+            return QApplication::notify(receiver, event);
+        }
+        QElapsedTimer clock;
+        clock.start();
+        const bool taken = QApplication::notify(receiver, event);
+        longest_ = std::max(longest_, clock.nsecsElapsed());
+        inside_ = false;
+        return taken;
+    }
+    double TakeLongestMs() { return double(std::exchange(longest_, 0)) / 1e6; }
+
+  private:
+    qint64 longest_ = 0;
+    bool inside_ = false;
+};
+
+void WorkUntil(const std::function<bool()>& holds) {
+    while (!holds()) {
+        Work(20);
+    }
+}
+
+int FillStrip(TimedApplication& application, ViewController& window) {
+    constexpr int kFrames = 2000;
+    const auto button = [&](const char* name) {
+        return window.findChild<QAbstractButton*>(QLatin1String(name));
+    };
+    const auto& frames = window.State().frames;
+    WorkUntil([&] { return !window.State().updating; });
+    button("radioFixedNumberOfFrames")->click();
+    auto* number = window.findChild<QLineEdit*>(QStringLiteral("textFieldFixedNumberOfFrames"));
+    number->setText(QString::number(kFrames));
+    Q_EMIT number->editingFinished();
+    button("buttonAddFramesAutomatically")->click();
+    WorkUntil([&] { return window.RunningJob() == BackgroundJob::Kind::None; });
+    std::printf("the run to %d frames: longest stretch %.1f ms\n", frames.Count(),
+                application.TakeLongestMs());
+    Work(1000);
+    double longest = 0;
+    for (int i = 1; i <= 20; ++i) {
+        application.TakeLongestMs();
+        button("buttonAddFrame")->click();
+        WorkUntil([&] { return frames.Count() == kFrames + i; });
+        Work(100);
+        longest = std::max(longest, application.TakeLongestMs());
+    }
+    std::printf("one frame more: longest stretch %.1f ms\n", longest);
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 0; i < 20; ++i) {
+        window.RebuildFrameStrip();
+        window.RefreshFrameSelection();
+    }
+    std::printf("of these the list: %.2f ms\n", double(clock.nsecsElapsed()) / 1e6 / 20);
+    auto& strip = *window.findChild<ScrollViewFrames*>(QStringLiteral("scrollViewFrames"));
+    application.TakeLongestMs();
+    window.UpdateSelectionScrollViewFrames(1000);
+    for (int at = 0; at < strip.Geometry().FurthestOffset(); at += 600) {
+        strip.ScrollTo(at);
+        Work(5);
+    }
+    std::printf("scrolling: longest stretch %.1f ms\n", application.TakeLongestMs());
+    return 0;
+}
+
 /// Ends the program once the window has been painted and its first events are done.
 class EndWhenShown : public QObject {
   public:
@@ -102,7 +180,7 @@ class EndWhenShown : public QObject {
 
 int main(int argc, char** argv) {
     qputenv("QT_MEDIA_BACKEND", "ffmpeg");
-    QApplication application(argc, argv);
+    TimedApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("lumirra-bench"));
     const QStringList arguments = QCoreApplication::arguments();
     const QString what = arguments.value(1);
@@ -117,6 +195,9 @@ int main(int argc, char** argv) {
         EndWhenShown end;
         window.installEventFilter(&end);
         return QApplication::exec();
+    }
+    if (what == QLatin1String("strip")) {
+        return FillStrip(application, window);
     }
     if (what == QLatin1String("position")) {
         auto& slider = *window.findChild<SliderCellVideo*>(QStringLiteral("sliderVideoPosition"));
