@@ -8,6 +8,7 @@
 #include "sources/TemporaryFolder.h"
 #include "views/RangeControl.h"
 #include "views/Theme.h"
+#include "views/strip/AccessibleFrames.h"
 
 int main(int argc, char** argv) {
     using namespace lumirra;
@@ -29,6 +30,7 @@ int main(int argc, char** argv) {
                                     QStringLiteral("[files...]"));
     arguments.process(application);
     InstallAccessibleRangeControls();
+    InstallAccessibleFrames();
 
     QtDialogs dialogs;
     const Outcome<TemporaryFolder> folder = TemporaryFolder::Make();

@@ -79,7 +79,11 @@ class Session(unittest.TestCase):
             self.zooms()
             self.starts_anew()
             self.opens_by_the_panel(clip)
-            self.closes()
+            self.adds_frames_by_hand()
+            self.selects_and_moves_frames()
+            self.removes_frames()
+            self.adds_frames_automatically()
+            self.closes_during_a_run()
 
     def opens_what_it_was_started_with(self):
         until(lambda: self.frame_shown() == 0, "the clip's first picture")
@@ -203,8 +207,102 @@ class Session(unittest.TestCase):
         until(lambda: self.frame_shown() == 0, "the clip's first picture")
         self.shot("opened-again")
 
-    def closes(self):
+    def frame(self, index):
+        return self.app.find("scrollViewFrames").getChildAtIndex(index)
+
+    def number_in_strip(self, index):
+        """The number that the blocks of that thumbnail on the screen say."""
+        left, top, side, _ = self.app.place(self.frame(index))
+        shot = self.desk.screenshot()
+        scale = side / WIDTH
+        y = top + (side - HEIGHT * scale) / 2 + (HEIGHT - BLOCK / 2) * scale
+        number = 0
+        for i in range(8):
+            level = shot.grey(left + (i + 0.5) * BLOCK * scale, y)
+            self.assertTrue(level < 60 or level > 195, f"block {i} is neither black nor white")
+            number = 2 * number + (level > 128)
+        return number
+
+    def selected(self):
+        strip = self.app.find("scrollViewFrames")
+        return [i for i in range(strip.childCount)
+                if strip.getChildAtIndex(i).getState().contains(self.spi.STATE_SELECTED)]
+
+    def expect_strip(self, numbers):
+        until(lambda: self.app.text("labelFrameCount") == str(len(numbers)), "the frames' count")
+        until(lambda: [self.number_in_strip(i) for i in range(len(numbers))] == numbers,
+              f"the thumbnails {numbers}")
+
+    def adds_frames_by_hand(self):
+        for count, position in enumerate((0, 0.3, 0.6), start=1):
+            self.app.set("sliderVideoPosition", position)
+            self.wait_for_the_frame_of_the_position()
+            self.app.click("buttonAddFrame")
+            until(lambda: self.app.text("labelFrameCount") == str(count), f"frame {count}")
+        self.expect_strip([0, 27, 54])
+        self.assertEqual(self.app.title(), "Lumirra")
+        self.shot("frames")
+
+    def selects_and_moves_frames(self):
+        self.app.click(self.frame(2))
+        until(lambda: self.selected() == [2], "the selection")
+        self.assertTrue(self.app.enabled("buttonMoveUp"))
+        self.desk.xdotool("keydown", "ctrl")
+        self.app.click(self.frame(0))
+        self.desk.xdotool("keyup", "ctrl")
+        until(lambda: self.selected() == [0, 2], "one frame more")
+        self.assertFalse(self.app.enabled("buttonMoveUp"))
+        self.shot("two-selected")
+        self.app.click(self.frame(2))
+        until(lambda: self.selected() == [2], "one alone")
+        self.app.click("buttonMoveUp")
+        self.expect_strip([0, 54, 27])
+        self.assertEqual(self.selected(), [1])
+        self.desk.key("shift+Tab")
+        self.desk.key("Down")
+        until(lambda: self.selected() == [2], "the arrow key to select")
+        self.shot("moved")
+
+    def removes_frames(self):
+        self.desk.key("Delete")
+        self.expect_strip([0, 54])
+        folder, = (self.desk.folder / "tmp").iterdir()
+        self.assertEqual(len(list(folder.glob("frame*.png"))), 4)
+
+    def extracts(self, count):
+        self.app.click(self.app.named("page tab", "Extract"))
+        until(lambda: self.app.shown("radioFixedNumberOfFrames"), "the page")
+        self.app.click("radioFixedNumberOfFrames")
+        self.app.click("textFieldFixedNumberOfFrames")
+        self.desk.key("ctrl+a")
+        self.desk.type(str(count))
+        self.desk.key("Tab")
+        until(lambda: self.app.text("labelAddFramesStatus") == f"{count} frames will be added",
+              "the plan")
+        self.app.click("buttonAddFramesAutomatically")
+        self.app.named("push button", "No")
+        self.shot("keep-frames")
+        self.desk.key("Escape")
+
+    def adds_frames_automatically(self):
+        self.extracts(4)
+        until(lambda: self.app.text("labelAddFramesStatus") == "4 frames added", "the run's end")
+        until(lambda: self.app.text("labelFrameCount") == "6", "six frames")
+        self.desk.click(*[self.app.place("scrollViewFrames")[i] + 100 for i in (0, 1)])
+        self.desk.key("End")
+        until(lambda: self.number_in_strip(5) == FRAMES - 1, "the last frame")
+        self.assertEqual(self.number_in_strip(4), 60)
+        self.shot("added")
+
+    def closes_during_a_run(self):
+        self.extracts(9000)
+        until(lambda: " of 9000" in self.app.text("labelAddFramesStatus"), "the run")
+        for outlet in ("buttonAddFrame", "buttonAddFramesAutomatically", "sliderVideoPosition"):
+            self.assertFalse(self.app.enabled(outlet), outlet)
+        self.shot("busy")
         self.desk.key("alt+F4")
+        self.app.named("push button", "Yes")
+        self.desk.key("Return")
         self.assertEqual(self.app.process.wait(desktop.WAIT_SECONDS), 0)
         self.assertEqual(list((self.desk.folder / "tmp").iterdir()), [], "working files are left")
 

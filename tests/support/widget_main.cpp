@@ -6,6 +6,7 @@
 
 #include "views/RangeControl.h"
 #include "views/Theme.h"
+#include "views/strip/AccessibleFrames.h"
 
 // Widgets need the whole application, dressed as the program is; no display is used, and no
 // user's settings are touched.
@@ -16,6 +17,7 @@ int main(int argc, char** argv) {
     QCoreApplication::setOrganizationName(QStringLiteral("lumirra-tests"));
     QCoreApplication::setApplicationName(QStringLiteral("lumirra-tests"));
     lumirra::InstallAccessibleRangeControls();
+    lumirra::InstallAccessibleFrames();
     const QTemporaryDir settings;
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
     const lumirra::Theme theme(application);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QImage>
@@ -179,6 +180,31 @@ TEST_F(FrameStrip, MouseAndKeyboardSayWhichFrameIsMeant) {
     strip.Rebuild({});
     Key(Qt::Key_Down);
     EXPECT_EQ(clicks.size(), 9);
+}
+
+TEST_F(FrameStrip, AssistiveTechnologySeesAListOfFrames) {
+    strip.SetCaption([](int index) { return QString::number(index + 1); });
+    strip.Rebuild(Thumbnails(10));
+    strip.ScrollTo(0);
+    strip.ShowOnlySelected(1);
+    QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&strip);
+    ASSERT_EQ(list->role(), QAccessible::List);
+    ASSERT_EQ(list->childCount(), 10);
+    QAccessibleInterface* frame = list->child(1);
+    EXPECT_EQ(frame->text(QAccessible::Name), QStringLiteral("Frame 2"));
+    EXPECT_TRUE(frame->state().selected);
+    EXPECT_FALSE(frame->state().offscreen);
+    EXPECT_TRUE(list->child(9)->state().offscreen);
+    EXPECT_EQ(list->indexOfChild(frame), 1);
+    const QPoint middle = frame->rect().center();
+    EXPECT_EQ(strip.viewport()->mapFromGlobal(middle), Middle(1));
+    EXPECT_EQ(list->childAt(middle.x(), middle.y()), frame);
+    frame->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(LastClicked(), 1);
+    strip.Rebuild({});
+    EXPECT_FALSE(frame->isValid());
+    EXPECT_TRUE(frame->text(QAccessible::Name).isEmpty());
+    EXPECT_EQ(list->child(0), nullptr);
 }
 
 TEST_F(FrameStrip, TheWheelGoesToWhatSurroundsAStripThatFits) {

@@ -112,6 +112,9 @@ void ViewController::ShowExtractionPlan() {
 void ViewController::ShowAddFramesStatus(const QString& text) {
     QLabel& label = *ui_.labelAddFramesStatus;
     const QString shown = label.fontMetrics().elidedText(text, Qt::ElideRight, kWidestStatus);
+    // Only ever wider during a run: the progress bar beside it must not tremble.
+    const bool runs = RunningJob() == BackgroundJob::Kind::Extraction;
+    label.setMinimumWidth(runs ? std::max(label.minimumWidth(), label.width()) : 0);
     label.setText(shown);
     label.setToolTip(shown == text ? QString() : text);
 }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 
 #include "app/ViewController.h"
@@ -48,21 +49,28 @@ std::array<QWidget*, 89> LockedControls(const Ui::MainWindow& ui) {
             ui.buttonSaveGif};
 }
 
+/// The user's own preferences, which the run has read as well.
+std::array<QWidget*, 4> LockedPreferences(const Ui::MainWindow& ui) {
+    return {ui.sliderQuality, ui.checkMaxSize, ui.fieldMaxSize, ui.checkRepeatForever};
+}
+
 }  // namespace
 
 void ViewController::DisableAllControls() {
-    // Else the keyboard would walk through the controls as they are disabled. Leaving a field also
-    // accepts what was typed in it.
-    if (QWidget* focused = focusWidget(); focused != nullptr && focused != this) {
+    const auto controls = LockedControls(ui_);
+    const auto preferences = LockedPreferences(ui_);
+    QWidget* focused = focusWidget();
+    if (std::count(controls.begin(), controls.end(), focused) > 0 ||
+        std::count(preferences.begin(), preferences.end(), focused) > 0) {
+        // Else the keyboard would walk through the controls as they are disabled. Leaving a field
+        // also accepts what was typed in it.
         focusBeforeLock_ = focused;
         setFocus();
     }
-    for (QWidget* control : LockedControls(ui_)) {
+    for (QWidget* control : controls) {
         control->setEnabled(false);
     }
-    for (QWidget* preference :
-         {static_cast<QWidget*>(ui_.sliderQuality), static_cast<QWidget*>(ui_.checkMaxSize),
-          static_cast<QWidget*>(ui_.fieldMaxSize), static_cast<QWidget*>(ui_.checkRepeatForever)}) {
+    for (QWidget* preference : preferences) {
         preference->setEnabled(false);
     }
     AcceptSources(false);

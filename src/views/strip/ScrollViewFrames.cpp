@@ -1,5 +1,6 @@
 #include "views/strip/ScrollViewFrames.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -107,6 +108,11 @@ void ScrollViewFrames::SetCurrent(int index) {
     const QRect cell = geometry_.Cell(index);
     ScrollTo(std::clamp(Offset(), cell.bottom() + 1 - geometry_.viewHeight, cell.top()));
     UpdateCell(index);
+    if (QAccessible::isActive()) {
+        QAccessibleEvent event(this, QAccessible::Focus);
+        event.setChild(index);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 void ScrollViewFrames::paintEvent(QPaintEvent* event) {
@@ -130,8 +136,8 @@ void ScrollViewFrames::paintEvent(QPaintEvent* event) {
         frame.look = Look(i);
         frame.thumbnail = Thumbnail(i);
         frame.hasKeyboard = i == current_ && byKeyboard_ && hasFocus();
-        if (caption_ && (i == hovered_ || frame.hasKeyboard)) {
-            frame.caption = caption_(i);
+        if (i == hovered_ || frame.hasKeyboard) {
+            frame.caption = Caption(i);
         }
         frame.Draw(painter, cell, palette());
     }

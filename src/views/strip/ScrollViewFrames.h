@@ -36,6 +36,13 @@ class ScrollViewFrames : public QAbstractScrollArea {
     /// `caption(index)`: what is said about a frame under the pointer or with the keyboard.
     void SetCaption(std::function<QString(int)> caption) { caption_ = std::move(caption); }
 
+    QString Caption(int index) const { return caption_ ? caption_(index) : QString(); }
+
+    /// The frame that has the keyboard when the strip has it; -1 for none.
+    int Current() const { return current_; }
+    /// The frame whose cell is there; -1 for none.
+    int IndexAt(const QPoint& viewportPoint) const;
+
     const StripGeometry& Geometry() const { return geometry_; }
     int Offset() const;
     void ScrollTo(int offset);
@@ -63,7 +70,6 @@ class ScrollViewFrames : public QAbstractScrollArea {
     void scrollContentsBy(int dx, int dy) override;
 
   private:
-    int IndexAt(const QPoint& viewportPoint) const;
     void UpdateRange();
     void UpdateCell(int index);
     void SetHovered(int index);
