@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <cmath>
 #include <new>
+#include <utility>
 
+#include "imaging/CropScale.h"
 #include "sources/VideoEngine.h"
 #include "sources/stills/PictureFile.h"
 #include "sources/stills/PngFile.h"
@@ -179,11 +181,29 @@ SourceImage PngStill(const QString& path, QIODevice& device) {
     return picture;
 }
 
+/// The largest sides of all pictures in the file; no size when there is none.
+ImageSize LargestSides(QImageReader& reader, int pages) {
+    ImageSize largest;
+    constexpr int kMaxPages = 10'000;
+    for (int page = 0; page < std::min(pages, kMaxPages); ++page) {
+        if (page > 0 && !reader.jumpToNextImage()) {
+            break;
+        }
+        QSize size = reader.size();
+        if (reader.transformation().testFlag(QImageIOHandler::TransformationRotate90)) {
+            size.transpose();
+        }
+        largest.width = std::max(largest.width, static_cast<double>(size.width()));
+        largest.height = std::max(largest.height, static_cast<double>(size.height()));
+    }
+    return largest;
+}
+
 SourceImage ToolkitPicture(const QString& path, const PictureFile& file) {
     const bool cutShort = file.format == PictureFormat::Jpeg && IsJpegCutShort(*file.device);
     QImageReader reader(file.device.get(), ToolkitFormat(file.format));
     reader.setAutoTransform(false);
-    CountPages(reader, file.format);
+    const int pages = CountPages(reader, file.format);
     const QSize size = reader.size();
     if (size.isEmpty()) {
         return UnreadablePicture(path);
@@ -201,6 +221,17 @@ SourceImage ToolkitPicture(const QString& path, const PictureFile& file) {
         picture.problem = CutShort(path, ShareAboveGrey(picture.image));
     }
     picture.image = Normalized(Upright(std::move(picture.image), turn));
+    if (pages > 1) {
+        // The picture stands for the whole file, so it has the size that the file is said to have.
+        const ImageSize whole = LargestSides(reader, pages);
+        QImage stretched;
+        if (!SizeProblem(path, whole, file.device->size())) {
+            stretched = ImageTools::DrawScaled(picture.image, whole.width, whole.height);
+        }
+        if (!stretched.isNull()) {
+            picture.image = std::move(stretched);
+        }
+    }
     return picture;
 }
 
@@ -270,17 +301,8 @@ std::optional<ImageSize> ImageTools::PixelSize(const QString& path) {
         return size.width < 1 || size.height < 1 ? std::nullopt : std::optional(size);
     }
     QImageReader reader(file->device.get(), ToolkitFormat(file->format));
-    ImageSize largest;
-    constexpr int kMaxPages = 10'000;
-    const int pages = std::min(CountPages(reader, file->format), kMaxPages);
-    for (int page = 0; page < pages && (page == 0 || reader.jumpToNextImage()); ++page) {
-        QSize size = reader.size();
-        if (reader.transformation().testFlag(QImageIOHandler::TransformationRotate90)) {
-            size.transpose();
-        }
-        largest.width = std::max(largest.width, static_cast<double>(size.width()));
-        largest.height = std::max(largest.height, static_cast<double>(size.height()));
-    }
+    const int pages = CountPages(reader, file->format);
+    const ImageSize largest = LargestSides(reader, pages);
     if (largest.width < 1 || largest.height < 1) {
         return std::nullopt;
     }

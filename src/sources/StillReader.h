@@ -16,7 +16,8 @@ bool IsPicture(const QString& path);
 inline constexpr long long kMaxPicturePixels = 400'000'000;
 
 /// First picture of the file, whatever its extension: upright by its EXIF orientation, in sRGB,
-/// 8 bits, straight alpha, one pixel for one pixel of the file. A JPEG or PNG file that is cut
+/// 8 bits, straight alpha, one pixel for one pixel of the file; where further pages are larger,
+/// stretched to their `PixelSize`. A JPEG or PNG file that is cut
 /// short gives what can be read and a problem that says how much; anything else that fails gives a
 /// null picture and a problem. The size is checked before memory is asked for, and a pipe or device
 /// is never waited for. Any thread.

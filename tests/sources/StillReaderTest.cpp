@@ -235,13 +235,29 @@ TEST_F(StillReader, OrientationTurnsUpright) {
     }
 }
 
-TEST_F(StillReader, FirstPageAndLargestSides) {
+TEST_F(StillReader, FirstPageAtTheLargestSides) {
     const QString path =
         Write("pages.tif", Tiff({{20, 10, 1, 70}, {8, 30, 1, 90}, {40, 5, 6, 110}}));
-    const QImage first = ReadStill(path).image;
-    EXPECT_EQ(first.size(), QSize(20, 10));
-    EXPECT_EQ(first.pixel(3, 3), qRgb(70, 70, 70));
     EXPECT_EQ(ImageTools::PixelSize(path), (ImageSize{20, 40}));
+    const QImage first = ReadStill(path).image;
+    EXPECT_EQ(first.size(), QSize(20, 40));
+    EXPECT_EQ(first.pixel(3, 38), qRgb(70, 70, 70));
+
+    const QString smaller = Write("smaller.tif", Tiff({{20, 10, 6, 70}, {5, 9, 1, 90}}));
+    EXPECT_EQ(ImageTools::PixelSize(smaller), (ImageSize{10, 20}));
+    EXPECT_EQ(ReadStill(smaller).image.size(), QSize(10, 20));
+
+    // A page that only claims to be so large takes nothing from the picture.
+    const QByteArray two = Tiff({{20, 10, 1, 70}, {8, 30, 1, 90}});
+    const qsizetype second = two.indexOf(Little<quint16>(256) + Little<quint16>(4), 20);
+    for (const quint32 height : {30U, 60'000U}) {
+        QByteArray claim = two;
+        claim.replace(second + 8, 4, Little<quint32>(70'000));
+        claim.replace(second + 20, 4, Little<quint32>(height));
+        const SourceImage still = ReadStill(Write("claim.tif", claim));
+        EXPECT_EQ(still.image.size(), QSize(20, 10));
+        EXPECT_FALSE(still.problem);
+    }
 }
 
 TEST_F(StillReader, FilesWithoutAPictureAreTold) {
