@@ -14,6 +14,7 @@
 #include "sources/VideoEngine.h"
 #include "sources/stills/PictureFile.h"
 #include "sources/stills/PngFile.h"
+#include "sources/stills/TiffRemarks.h"
 
 namespace lumirra {
 namespace {
@@ -142,6 +143,9 @@ Failure CutShort(const QString& path, double share) {
 /// Pages of a file whose pictures may differ in size. It comes before any other question about a
 /// TIFF file: only after it does the toolkit's reader find the further pages.
 int CountPages(QImageReader& reader, PictureFormat format) {
+    if (format == PictureFormat::Tiff && reader.canRead()) {  // by now its library is loaded
+        MuteTiffLibrary();
+    }
     const bool hasPages = format == PictureFormat::Tiff || format == PictureFormat::Icon;
     return hasPages ? reader.imageCount() : 1;
 }

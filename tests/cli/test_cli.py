@@ -276,6 +276,14 @@ class Making(CliTest):
         self.succeed(self.clip, "-o", self.out)
         self.assertEqual(self.out.read_bytes()[:3], b"GIF")
 
+    def test_a_damaged_picture_is_told_in_one_line(self):
+        tiff = self.work / "torn.tif"
+        ffmpeg("-i", self.clips / "red.png", "-compression_algo", "deflate", tiff)
+        whole = tiff.read_bytes()
+        for damaged in (whole[:8] + bytes(60) + whole[68:], whole[:len(whole) // 2]):
+            tiff.write_bytes(damaged)
+            self.refuse(1, "-q", tiff, "-o", self.out, saying="torn.tif")
+
     def test_markers_mode_and_play_mode(self):
         self.succeed(self.clip, "-o", self.out, "--set", "radioFixedNumberOfFrames=1", "--set",
                      "textFieldFixedNumberOfFrames=3", "--start", "0.2", "--end", "0.6", "--set",
