@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <utility>
 
 #include "settings/NumberText.h"
 #include "sources/StillReader.h"
@@ -32,11 +33,15 @@ std::optional<Failure> NotAFile(const QString& path) {
 }
 
 Outcome<SourceLook> LookAtVideo(const QString& path) {
-    auto reader = VideoReader::Open(path);
-    if (!reader) {
-        return reader.failure();
+    auto opened = VideoReader::Open(path);
+    if (!opened) {
+        return opened.failure();
     }
-    const VideoInfo& info = reader->Info();
+    VideoReader reader = *std::move(opened);
+    const VideoInfo& info = reader.Info();
+    if (!info.decodable) {
+        return *reader.At(0).problem;  // every position is white, and says why
+    }
     return SourceLook{{static_cast<double>(info.shownWidth), static_cast<double>(info.shownHeight)},
                       info.durationSeconds};
 }

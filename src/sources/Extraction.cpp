@@ -31,6 +31,12 @@ struct Frame {
     std::optional<Failure> problem;
 };
 
+/// What the forward pass of a circular run leaves to the way back.
+struct Shown {
+    QString path;  ///< empty when the picture was left out
+    std::optional<Failure> problem;
+};
+
 Failure OutOfMemory() {
     return {Failure::Kind::TooLarge,
             QStringLiteral("The run ended early: there is not enough memory."),
@@ -73,7 +79,7 @@ class Run {
     ExtractionResult result_;
     int dealtWith_ = 0;
     bool ended_ = false;
-    std::vector<QString> forward_;  ///< paths of the forward pass of a circular run, or empty
+    std::vector<Shown> forward_;  ///< of a circular run
 };
 
 Picture Run::WithName(Picture picture) const {
@@ -155,12 +161,11 @@ void Run::RunPictures(int count, int total, const Source& source, const Work& wo
             RemoveFrame(frame.path);
             return false;
         }
-        const QString path = frame.path;
+        if (total > count) {
+            forward_.push_back({frame.path, frame.problem});
+        }
         if (!Accept(std::move(frame))) {
             return false;
-        }
-        if (total > count) {
-            forward_.push_back(path);
         }
         Report(total, percent(dealtWith_));
         return true;
@@ -229,13 +234,13 @@ void Run::RunBack(const ExtractionPlan& plan) {
             result_.stopped = true;
             return;
         }
-        const QString& there = forward_.at(static_cast<std::size_t>(plan.FrameOf(i)));
-        if (!there.isEmpty()) {
+        const Shown& there = forward_.at(static_cast<std::size_t>(plan.FrameOf(i)));
+        if (!there.path.isEmpty()) {
             const Picture back = WithName({});
             Frame frame{Fate::EndsRun, {}, back.failure};
             if (!back.failure) {
-                const auto copied = CopyFrame(there, back.framePath);
-                frame = copied ? Frame{Fate::Stored, back.framePath, {}}
+                const auto copied = CopyFrame(there.path, back.framePath);
+                frame = copied ? Frame{Fate::Stored, back.framePath, there.problem}
                                : Frame{Fate::LeftOut, {}, copied.failure()};
             }
             if (!Accept(std::move(frame))) {

@@ -276,6 +276,20 @@ class Making(CliTest):
         self.succeed(self.clip, "-o", self.out)
         self.assertEqual(self.out.read_bytes()[:3], b"GIF")
 
+    def test_a_video_without_a_picture_makes_no_gif(self):
+        data = bytearray(self.clip.read_bytes())
+        start, end = data.index(b"mdat") + 4, data.index(b"moov") - 4
+        blank = self.work / "blank.mp4"
+        blank.write_bytes(data[:start] + bytes(end - start) + data[end:])
+        self.refuse(1, blank, "-o", self.out, saying="blank.mp4 has no picture in it that can be")
+        torn = self.work / "torn.mkv"
+        ffmpeg("-i", self.clip, "-c:v", "mjpeg", "-pix_fmt", "yuvj420p", torn)
+        torn.write_bytes(torn.read_bytes()[:torn.stat().st_size // 2])
+        for mode in (0, 1):
+            self.refuse(1, "-q", torn, "--start", "0.8", "-o", self.out, "--set",
+                        f"comboPlayMode={mode}", saying="has no picture that can be decoded at")
+        self.assertFalse(self.out.exists())
+
     def test_a_damaged_picture_is_told_in_one_line(self):
         tiff = self.work / "torn.tif"
         ffmpeg("-i", self.clips / "red.png", "-compression_algo", "deflate", tiff)

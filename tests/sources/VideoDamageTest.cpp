@@ -27,6 +27,32 @@ TEST_F(MadeClip, DamageGivesWhiteWhereAFrameIsLost) {
     EXPECT_EQ(NumberIn(reader.At(0.2).image), 12) << "after the loss";
 }
 
+TEST_F(MadeClip, LostPacketsSpoilNothingBeyondTheNextKeyFrame) {
+    const QString whole =
+        Make(QStringLiteral("whole.ts"), QStringLiteral("-c:v mpeg2video -q:v 3 -g 12 -bf 2"));
+    QFile file(whole);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    constexpr qsizetype kPacket = 188;
+    const qsizetype packets = bytes.size() / kPacket;
+    QFile torn(Path(QStringLiteral("torn.ts")));
+    ASSERT_TRUE(torn.open(QIODevice::WriteOnly));
+    // About six frames of sixty; a key frame comes every twelve.
+    torn.write(bytes.left(packets * 45 / 100 * kPacket));
+    torn.write(bytes.mid(packets * 55 / 100 * kPacket));
+    torn.close();
+    VideoReader reader = Opened(torn.fileName());
+    for (int i = 0; i < 60; ++i) {
+        const SourceImage got = reader.At((i + 0.5) / 60);
+        if (i < 18 || i >= 42) {
+            EXPECT_EQ(NumberIn(got.image), i);
+            EXPECT_FALSE(got.problem) << i;
+        } else if (i >= 26 && i < 29) {
+            EXPECT_TRUE(got.problem) << i;
+        }
+    }
+}
+
 TEST_F(MadeClip, ATrackThatCannotBeDecodedIsWhite) {
     const auto changed = [&](const char* name, const char* encoder, const auto& change) {
         QFile file(Make(QLatin1String(name), QLatin1String(encoder), 10));
@@ -74,6 +100,10 @@ TEST_F(MadeClip, WhatIsNoVideoIsToldApart) {
     const QString good = Make(QStringLiteral("good.mp4"), QStringLiteral("-c:v mpeg4"), 3);
     Command(QStringLiteral("ffmpeg"), QStringLiteral("-v error -y -f lavfi -i sine=d=1"),
             Path(QStringLiteral("sound.m4a")));
+    Command(QStringLiteral("ffmpeg"),
+            QStringLiteral("-v error -y -f lavfi -i sine=d=1 -f lavfi -i testsrc=d=0.04:s=64x48 "
+                           "-map 0 -map 1 -c:v mjpeg -disposition:v:0 attached_pic"),
+            Path(QStringLiteral("cover.m4a")));
     Command(QStringLiteral("mkfifo"), {}, Path(QStringLiteral("pipe.mp4")));
     Command(QStringLiteral("ffmpeg"),
             QStringLiteral("-v error -y -f lavfi -i testsrc=d=0.04:s=64x48"),
@@ -86,6 +116,7 @@ TEST_F(MadeClip, WhatIsNoVideoIsToldApart) {
         {Path(QStringLiteral("pipe.mp4")), "ordinary file"},
         {QStringLiteral("/dev/zero"), "ordinary file"},
         {Path(QStringLiteral("sound.m4a")), "only sound"},
+        {Path(QStringLiteral("cover.m4a")), "only sound"},
         {Path(QStringLiteral("photo.mp4")), "picture"},
         {write(QStringLiteral("empty.mov"), {}), "empty"},
         {write(QStringLiteral("text.mp4"), "just some text\n"), "not a video"},
