@@ -17,6 +17,7 @@
 #include <cstdio>
 #include <functional>
 
+#include "app/FontsAhead.h"
 #include "app/QtDialogs.h"
 #include "app/ViewController.h"
 #include "views/SliderCellVideo.h"
@@ -180,6 +181,7 @@ class EndWhenShown : public QObject {
 
 int main(int argc, char** argv) {
     qputenv("QT_MEDIA_BACKEND", "ffmpeg");
+    std::jthread fonts = ReadFontsAhead();
     TimedApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("lumirra-bench"));
     const QStringList arguments = QCoreApplication::arguments();
@@ -187,6 +189,7 @@ int main(int argc, char** argv) {
     const QTemporaryDir folder;
     QtDialogs dialogs;
     Theme theme(application);
+    fonts.join();
     ViewController window(theme, dialogs, folder.path());
     window.resize(1280, 820);
     window.show();

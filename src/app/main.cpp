@@ -2,6 +2,7 @@
 #include <QCommandLineParser>
 #include <iostream>
 
+#include "app/FontsAhead.h"
 #include "app/QtDialogs.h"
 #include "app/ViewController.h"
 #include "imaging/WorkingMemory.h"
@@ -15,6 +16,7 @@ int main(int argc, char** argv) {
     KeepWorkingMemory();
     // Before the application exists: it chooses the player's backend once.
     qputenv("QT_MEDIA_BACKEND", "ffmpeg");
+    std::jthread fonts = ReadFontsAhead();
     QApplication application(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("lumirra"));
     QCoreApplication::setApplicationName(QStringLiteral("lumirra"));
@@ -39,6 +41,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     Theme theme(application);
+    fonts.join();
     ViewController window(theme, dialogs, folder->Path());
     window.show();
     window.OpenFiles(arguments.positionalArguments());
