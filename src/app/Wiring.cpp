@@ -1,7 +1,5 @@
-#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
-#include <QGraphicsOpacityEffect>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QToolTip>
@@ -16,27 +14,6 @@
 #include "views/Film.h"
 
 namespace lumirra {
-namespace {
-
-constexpr double kDimmed = 0.5;
-
-/// A dimmed button comes forward while the pointer or the keyboard is on it.
-void FollowAttention(QObject* watched, QEvent::Type change) {
-    auto* button = qobject_cast<QAbstractButton*>(watched);
-    auto* half = button == nullptr
-                     ? nullptr
-                     : qobject_cast<QGraphicsOpacityEffect*>(button->graphicsEffect());
-    if (half != nullptr) {
-        const bool pointedAt =
-            change == QEvent::Enter || (change != QEvent::Leave && button->underMouse());
-        const bool focused =
-            change == QEvent::FocusIn || (change != QEvent::FocusOut && button->hasFocus());
-        half->setOpacity(pointedAt || focused ? 1 : kDimmed);
-    }
-}
-
-}  // namespace
-
 ViewController::ViewController(Theme& theme, Dialogs& dialogs, QString temporaryFolder)
     : MainWindow(theme),
       dialogs_(dialogs),
@@ -68,9 +45,7 @@ void ViewController::DimPanelButtons() {
     for (QWidget* button :
          {ui_.buttonZoomIn, ui_.buttonZoomOut, ui_.buttonResetZoom, ui_.buttonCloseVideo,
           ui_.buttonPlayVideo, ui_.buttonPreviousImage, ui_.buttonNextImage}) {
-        auto* half = new QGraphicsOpacityEffect(button);
-        half->setOpacity(kDimmed);
-        button->setGraphicsEffect(half);
+        button->setProperty("quiet", true);
     }
     // The slider beside it must not jump when playing starts.
     QSizePolicy policy = ui_.buttonPlayVideo->sizePolicy();
@@ -189,12 +164,6 @@ bool ViewController::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::KeyPress:
         case QEvent::KeyRelease:
             flagsChanged(static_cast<const QKeyEvent&>(*event));
-            break;
-        case QEvent::Enter:
-        case QEvent::Leave:
-        case QEvent::FocusIn:
-        case QEvent::FocusOut:
-            FollowAttention(watched, event->type());
             break;
         case QEvent::MouseButtonPress:
             // A key may have been pressed or released while another program had the keyboard.

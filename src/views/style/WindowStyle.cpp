@@ -18,6 +18,7 @@ namespace {
 
 constexpr int kIconGap = 7;
 constexpr int kMenuPadding = 8;
+constexpr double kQuietOpacity = 0.5;
 
 bool Enabled(const QStyleOption& option) {
     return option.state & QStyle::State_Enabled;
@@ -37,6 +38,12 @@ bool Has(const QWidget* widget, const char* property) {
 }
 bool IsPrimary(const QWidget* widget) {
     return Has(widget, "primary");
+}
+
+/// At half opacity until it is pointed at or has the keyboard.
+bool IsQuiet(const QStyleOption& option, const QWidget* widget) {
+    return Has(widget, "quiet") &&
+           !(option.state & (QStyle::State_MouseOver | QStyle::State_HasFocus));
 }
 
 void DrawButton(const QStyleOption& option, QPainter& painter, const QWidget* widget) {
@@ -272,6 +279,15 @@ void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
 void WindowStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                               const QWidget* widget) const {
     switch (element) {
+        case CE_PushButton:
+            if (IsQuiet(*option, widget)) {
+                painter->save();
+                painter->setOpacity(painter->opacity() * kQuietOpacity);
+                QProxyStyle::drawControl(element, option, painter, widget);
+                painter->restore();
+                return;
+            }
+            break;
         case CE_PushButtonBevel:
             DrawButton(*option, *painter, widget);
             return;
