@@ -1,11 +1,15 @@
 #include <QApplication>
 #include <QCloseEvent>
+#include <QTimer>
+#include <utility>
 
 #include "app/ControlWidgets.h"
 #include "app/FileCommands.h"
 #include "app/ViewController.h"
 #include "sources/FrameFiles.h"
+#include "sources/VideoEngine.h"
 #include "ui_MainWindow.h"
+#include "views/Film.h"
 
 namespace lumirra {
 void ViewController::InitializeControls() {
@@ -76,6 +80,23 @@ void ViewController::OnFileNew() {
     InitializeControls();
     state_.currentProfilePath.clear();
     setWindowTitle(QStringLiteral("Lumirra"));
+}
+
+/// With the first frame on the screen, what opening and playing a first video needs is loaded
+/// ahead.
+void ViewController::paintEvent(QPaintEvent* event) {
+    MainWindow::paintEvent(event);
+    if (std::exchange(loadedAhead_, true)) {
+        return;
+    }
+    constexpr int kAfterFirstFrame = 200;  // milliseconds, to leave the first moments to the window
+    QTimer::singleShot(kAfterFirstFrame, this, [this] {
+        jobs_.start([] {
+            // One that does not load says so when it is needed.
+            static_cast<void>(LoadedVideoEngine());
+            static_cast<void>(LoadedFilmPlayer());
+        });
+    });
 }
 
 void ViewController::closeEvent(QCloseEvent* event) {

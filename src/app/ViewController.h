@@ -133,6 +133,7 @@ class ViewController : public MainWindow {
     void UpdateVideoPreview();
 
   protected:
+    void paintEvent(QPaintEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -211,6 +212,7 @@ class ViewController : public MainWindow {
     std::shared_ptr<PreviewSource> previewSource_;
     quint64 previewGeneration_ = 0;  ///< of the source: a picture of an earlier one is dropped
     bool dragWaiting_ = false;
+    bool loadedAhead_ = false;
     double sourceDuration_ = 0;
     double sourceFrameRate_ = 0;
     QStringList capturesInFlight_;  ///< frame files that are on their way
