@@ -71,6 +71,7 @@ void ShowShortcuts(QWidget& parent) {
         const char* keys;
         const char* what;
     } rows[] = {{"Space", "Play or stop the video"},
+                {"Space, Enter", "On the GIF: play or stop it"},
                 {"I, O", "Mark the position as Start or End"},
                 {", and .", "One picture back or on"},
                 {"Up, Down", "Select a frame in the list"},
@@ -81,6 +82,7 @@ void ShowShortcuts(QWidget& parent) {
                 {"Ctrl+Shift+O", "Open pictures"},
                 {"Ctrl+L", "Load a profile"},
                 {"Ctrl+S, Ctrl+Shift+S", "Save the profile, or save it under another name"},
+                {"Ctrl+E", "Save the GIF"},
                 {"Ctrl++, Ctrl+-, Ctrl+0", "Zoom in, out, fit"},
                 {"F1", "How to make a GIF from a video"},
                 {"Ctrl+Q", "Quit"}};

@@ -36,7 +36,7 @@ void ViewController::InitializeControls() {
     controls_->Write(values);
 
     ui_.progressGifPreview->Stop();
-    ui_.buttonPlayStopPreview->setText(tr("Play"));
+    ShowGifPlaying(false);
     ui_.buttonAddFramesAutomatically->setText(tr("Add Frames"));
     ui_.buttonGeneratePreview->setText(tr("Generate Preview"));
     StoreTextFieldsValues();

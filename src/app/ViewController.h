@@ -164,6 +164,7 @@ class ViewController : public MainWindow {
     void GifGenerationFinished(const GifRun& run);
     void ClearGifPreview();
     void EmptyGifPreview(const QString& words);
+    void ShowGifPlaying(bool playing);
     void AskForRating();
 
     void ReturnFocus();

@@ -490,7 +490,7 @@ TEST_F(GenerateStory, QualitySizeLimitAndRepeatingReachTheFile) {
     EXPECT_LE(QFile(Gif()).size(), 100'000);
     EXPECT_TRUE(BytesOf(Gif()).contains("NETSCAPE"));
 
-    AddNoise(30, {150, 150});
+    AddNoise(14, {150, 150});
     Generate();
     EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Could not generate the preview"));
     EXPECT_TRUE(View().text().contains(QStringLiteral("100 KB")))

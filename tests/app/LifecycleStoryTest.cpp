@@ -1,4 +1,5 @@
 #include <QFile>
+#include <QTabWidget>
 #include <QTest>
 
 #include "WindowFixture.h"
@@ -89,6 +90,26 @@ TEST_F(LifecycleStory, ProfilesAreSavedAndLoaded) {
     window.OnSaveProfileAs();
     EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Could not save profile."));
     EXPECT_TRUE(window.IsModified());
+}
+
+TEST_F(LifecycleStory, AProfileHoldsWhatIsBeingTypedAsIfTheFieldHadBeenLeft) {
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    auto& tabs = Find<QTabWidget>("tabViewSettings");
+    tabs.setCurrentIndex(tabs.count() - 1);
+    auto& delay = Find<QLineEdit>("textFieldFrameDelay");
+    const QString path = folder.filePath(QStringLiteral("typed.lmr"));
+    for (const auto& [typed, kept] : {std::pair("0.3", "0.3"), std::pair("soon", "0.1")}) {
+        delay.setFocus();
+        delay.selectAll();
+        QTest::keyClicks(&delay, QString::fromLatin1(typed));
+        dialogs.saves.push_back(path);
+        window.OnSaveProfileAs();
+        EXPECT_EQ(FieldText("textFieldFrameDelay"), QString::fromLatin1(kept));
+        EXPECT_EQ(LoadProfile(path)->Text(Control::TextFieldFrameDelay), QString::fromLatin1(kept));
+        EXPECT_TRUE(delay.hasFocus());
+    }
 }
 
 TEST_F(LifecycleStory, HelpCommandsOpenPagesThatExist) {

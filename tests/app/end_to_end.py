@@ -12,6 +12,7 @@ import unittest
 
 import desktop
 from desktop import until
+from gif_steps import GifSteps
 
 FRAMES, RATE, WIDTH, HEIGHT, BLOCK = 90, 30, 320, 180, 40
 GREY = 96  # of the clip above its blocks
@@ -29,7 +30,9 @@ def make_clip(path):
         input=b"".join(map(frame, range(FRAMES))), check=True)
 
 
-class Session(unittest.TestCase):
+class Session(GifSteps, unittest.TestCase):
+    WIDTH, HEIGHT, BLOCK = WIDTH, HEIGHT, BLOCK
+
     def shot(self, name):
         self.step += 1
         shot = self.desk.screenshot()
@@ -83,6 +86,11 @@ class Session(unittest.TestCase):
             self.selects_and_moves_frames()
             self.removes_frames()
             self.adds_frames_automatically()
+            numbers = [0, 54, 0, 30, 60, FRAMES - 1]
+            self.generates(numbers)
+            self.plays(numbers)
+            self.saves_the_gif(numbers)
+            self.saves_and_loads_the_profile()
             self.closes_during_a_run()
 
     def opens_what_it_was_started_with(self):

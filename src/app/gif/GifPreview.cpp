@@ -176,7 +176,12 @@ void ViewController::EmptyGifPreview(const QString& words) {
     ui_.gifPreview->SetFile(QString());
     ui_.gifPreview->setText(words);
     ui_.labelGifInfo->clear();
-    ui_.buttonPlayStopPreview->setText(tr("Play"));
+    ShowGifPlaying(false);
+}
+
+void ViewController::ShowGifPlaying(bool playing) {
+    ui_.buttonPlayStopPreview->setText(playing ? tr("Stop") : tr("Play"));
+    ui_.buttonPlayStopPreview->setAccessibleName(playing ? tr("Stop the GIF") : tr("Play the GIF"));
 }
 
 void ViewController::OnPlayStopPreview() {
@@ -192,12 +197,12 @@ void ViewController::OnPlayStopPreview() {
         UpdateVideoPreview();
     }
     ui_.gifPreview->Play();
-    ui_.buttonPlayStopPreview->setText(tr("Stop"));
+    ShowGifPlaying(true);
 }
 
 void ViewController::ResetPlay() {
     ui_.gifPreview->Stop();
-    ui_.buttonPlayStopPreview->setText(tr("Play"));
+    ShowGifPlaying(false);
 }
 
 }  // namespace lumirra
