@@ -12,6 +12,7 @@
 #include "settings/SettingsRecords.h"
 #include "sources/FrameFiles.h"
 #include "sources/StillReader.h"
+#include "support/FullDisk.h"
 #include "views/strip/ScrollViewFrames.h"
 
 namespace lumirra {
@@ -354,6 +355,66 @@ TEST_F(FrameStory, ASourceThatVanishesEndsTheRunInWords) {
     EXPECT_TRUE(TextOf("labelAddFramesStatus").startsWith(QStringLiteral("No frames were added")));
     EXPECT_TRUE(Enabled("buttonAddFramesAutomatically"));
     EXPECT_TRUE(FilesLeft().isEmpty());
+}
+
+TEST_F(FrameStory, AFullDiskAddsNoFramesAndLeavesNoHalfOnes) {
+    OpenVideo(Media("counter-30fps-bframes.mp4"));
+    FixedNumber(3);
+    {
+        const FullDisk full(3000);
+        Press("buttonAddFrame");
+        ASSERT_TRUE(WaitFor([&] { return !dialogs.messages.isEmpty(); }));
+        AddFrames();
+    }
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Could not add frame."));
+    EXPECT_TRUE(
+        TextOf("labelAddFramesStatus").startsWith(QStringLiteral("No frames were added: ")));
+    EXPECT_TRUE(Paths().isEmpty());
+    EXPECT_TRUE(FilesLeft().isEmpty()) << FilesLeft().join(QLatin1Char(' ')).toStdString();
+    AddFrames();
+    EXPECT_EQ(Paths().size(), 3);
+}
+
+TEST_F(FrameStory, ASourceThatIsReplacedDuringARunDoesNoHarm) {
+    const QTemporaryDir elsewhere;
+    const QString copy = elsewhere.filePath(QStringLiteral("copy.mp4"));
+    ASSERT_TRUE(QFile::copy(Media("counter-30fps-bframes.mp4"), copy));
+    ASSERT_TRUE(QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner));
+    OpenVideo(copy);
+    FixedNumber(90);
+    Press("buttonAddFramesAutomatically");
+    ASSERT_TRUE(WaitFor([&] { return Paths().size() > 2; }));
+    QFile file(copy);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(QByteArray(5000, 'x'));
+    file.close();
+    ASSERT_TRUE(WaitFor([&] { return !Busy(); }));
+    EXPECT_TRUE(Enabled("buttonAddFrame"));
+    for (const QString& path : Paths()) {
+        EXPECT_EQ(QImage(path).size(), QSize(320, 180));
+    }
+    EXPECT_EQ(FilesLeft().size(), 2 * Paths().size());
+}
+
+TEST_F(FrameStory, TwoWindowsDoNotMeet) {
+    ScriptedDialogs otherDialogs;
+    ViewController other(theme, otherDialogs, folder.path());
+    other.OpenFiles({Media("counter-2997.mov")});
+    OpenVideo(Media("counter-30fps-bframes.mp4"));
+    ASSERT_TRUE(WaitFor([&] { return !other.State().updating; }));
+    FixedNumber(12);
+    Press("buttonAddFramesAutomatically");
+    other.OnAddFramesAutomatically();
+    const auto idle = [](const ViewController& controller) {
+        return controller.RunningJob() == BackgroundJob::Kind::None;
+    };
+    ASSERT_TRUE(WaitFor([&] { return idle(window) && idle(other); }));
+    const QStringList theirs = other.State().frames.Paths();
+    EXPECT_EQ(Paths().size(), 12);
+    EXPECT_FALSE(theirs.isEmpty());
+    EXPECT_EQ(FilesLeft().size(), 2 * (12 + theirs.size()));
+    EXPECT_TRUE(other.close());
+    EXPECT_EQ(FilesLeft().size(), 2 * 12) << "closing one leaves the other's frames";
 }
 
 }  // namespace

@@ -1,5 +1,3 @@
-#include <sys/resource.h>
-
 #include <QCheckBox>
 #include <QDoubleSpinBox>
 #include <QFile>
@@ -8,10 +6,10 @@
 #include <QProgressBar>
 #include <QSettings>
 #include <QTest>
-#include <csignal>
 #include <random>
 
 #include "WindowFixture.h"
+#include "support/FullDisk.h"
 #include "views/GifView.h"
 #include "views/Spinner.h"
 
@@ -111,23 +109,6 @@ class GenerateStory : public WindowTest {
 
   private:
     int made_ = 0;
-};
-
-/// No file of this process may become larger: a disk that is full.
-class FullDisk {
-  public:
-    explicit FullDisk(rlim_t bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit little{bytes, before_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &little);
-    }
-    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before_); }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-  private:
-    rlimit before_{};
 };
 
 TEST_F(GenerateStory, NothingToGenerateNothingToPlayNothingToSave) {
