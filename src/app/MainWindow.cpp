@@ -1,6 +1,7 @@
 #include "app/MainWindow.h"
 
 #include <QActionGroup>
+#include <QScreen>
 #include <QSettings>
 
 #include "app/ControlDressing.h"
@@ -75,7 +76,10 @@ void MainWindow::RestoreLayout() {
     controls_->splitterRight->setStretchFactor(1, 1);
     controls_->splitterRight->setSizes({430, 330});
     const QSettings settings;
-    restoreGeometry(settings.value(Key(kGeometryKey)).toByteArray());
+    if (!restoreGeometry(settings.value(Key(kGeometryKey)).toByteArray())) {
+        constexpr QSize kFrame(0, 40);  // about what the window's own frame takes
+        resize(size().boundedTo(screen()->availableSize() - kFrame));
+    }
     controls_->splitterMain->restoreState(settings.value(Key(kMainSplitterKey)).toByteArray());
     controls_->splitterRight->restoreState(settings.value(Key(kRightSplitterKey)).toByteArray());
 }
