@@ -180,16 +180,12 @@ void GifView::resizeEvent(QResizeEvent*) {
 }
 
 void GifView::keyPressEvent(QKeyEvent* event) {
-    switch (event->key()) {
-        case Qt::Key_Space:
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            if (shown_ && !event->isAutoRepeat()) {
-                Q_EMIT PlayStopRequested();
-            }
-            break;
-        default:
-            QWidget::keyPressEvent(event);
+    const bool asks = event->key() == Qt::Key_Space || event->key() == Qt::Key_Return ||
+                      event->key() == Qt::Key_Enter;
+    if (!asks || !shown_) {
+        QWidget::keyPressEvent(event);
+    } else if (!event->isAutoRepeat()) {
+        Q_EMIT PlayStopRequested();
     }
 }
 

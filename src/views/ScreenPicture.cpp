@@ -73,13 +73,10 @@ ScreenPicture ScaleForScreen(const QImage& image, const QRect& picture, const QR
     if (!picture.contains(window)) {
         result.image.fill(Qt::transparent);
     }
-    const QImage source = image.format() == QImage::Format_RGBA8888
-                              ? image
-                              : image.convertToFormat(QImage::Format_RGBA8888);
     if (smooth) {
-        DrawSmoothly(source, picture, window, result.image);
+        DrawSmoothly(image, picture, window, result.image);
     } else {
-        Sample(source, picture, window, result.image);
+        Sample(image.convertToFormat(QImage::Format_RGBA8888), picture, window, result.image);
     }
     const QRect seen = picture.intersected(window).translated(-window.topLeft());
     result.opaque = AllOpaque(result.image.copy(seen));

@@ -386,6 +386,24 @@ TEST_F(GenerateStory, FramesThatVanishedAreLeftOutAndNoneAtAllIsAFailure) {
     EXPECT_TRUE(dialogs.messages.isEmpty());
 }
 
+TEST_F(GenerateStory, TwoWindowsGenerateSideBySide) {
+    const QTemporaryDir otherFolder;
+    ScriptedDialogs script;
+    ViewController other(theme, script, otherFolder.path());
+    AddFrames(30, {160, 120});
+    other.OpenFiles({pictures.filePath(QStringLiteral("1.png"))});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !other.State().updating; }, 20000));
+    other.OnAddFrame();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return other.State().frames.Count() == 1; }, 20000));
+    Press("buttonGeneratePreview");
+    other.OnGeneratePreview();
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return !Busy() && other.RunningJob() == BackgroundJob::Kind::None; }, 60000));
+    EXPECT_TRUE(other.close());
+    EXPECT_TRUE(QDir(otherFolder.path()).isEmpty());
+    EXPECT_EQ(SizeOf(Gif()), QSize(160, 120));
+}
+
 TEST_F(GenerateStory, AFullDiskLeavesNothingHalf) {
     AddNoise(4, {150, 150});
     {

@@ -1,6 +1,8 @@
+#include <QComboBox>
 #include <QFile>
 #include <QTabWidget>
 #include <QTest>
+#include <cmath>
 
 #include "WindowFixture.h"
 #include "settings/ProfileText.h"
@@ -90,6 +92,39 @@ TEST_F(LifecycleStory, ProfilesAreSavedAndLoaded) {
     window.OnSaveProfileAs();
     EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Could not save profile."));
     EXPECT_TRUE(window.IsModified());
+}
+
+TEST_F(LifecycleStory, ALoadBringsEverythingInLine) {
+    OpenImages({Media("photo-alpha.png")});
+    QStringList lines = ProfileText(window.Values()).split(QLatin1Char('\n'));
+    const QImage before = Picture();
+    lines[7] = QStringLiteral("99");    // brightness: far beyond its end
+    lines[43] = QStringLiteral("1");    // the crop in pixels
+    lines[48] = QStringLiteral("200");  // its width, and the stepper's
+    lines[49] = QStringLiteral("200.0");
+    lines[52] = QStringLiteral("50");  // resized to
+    lines[53] = QStringLiteral("50.0");
+    QFile file(folder.filePath(QStringLiteral("edited.lmr")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(lines.join(QLatin1Char('\n')).toUtf8());
+    file.close();
+    dialogs.files.push_back(QStringList{file.fileName()});
+    window.OnLoadProfile();
+    Settle();
+    auto& brightness = Find<RangeControl>("sliderBrightness");
+    EXPECT_EQ(brightness.value(), static_cast<float>(brightness.maximum()));
+    EXPECT_EQ(Find<RangeControl>("stepperCustomCropWidth").maximum(), 10000);
+    EXPECT_EQ(Find<RangeControl>("stepperCustomCropOriginX").minimum(), -10000);
+    EXPECT_EQ(ValueOf("stepperCustomCropWidth"), 200.0F);
+    EXPECT_EQ(FieldText("textFieldDimensionsWidth"), QStringLiteral("100"));
+    EXPECT_NE(Picture(), before);
+    // The next change of the unit starts from the loaded one.
+    auto& unit = Find<QComboBox>("comboCustomCrop");
+    unit.setCurrentIndex(0);
+    Q_EMIT unit.activated(0);
+    EXPECT_EQ(ValueOf("stepperCustomCropWidth"),
+              std::round(200.0F * 100 / static_cast<float>(before.width())));
+    EXPECT_TRUE(dialogs.messages.isEmpty());
 }
 
 TEST_F(LifecycleStory, AProfileHoldsWhatIsBeingTypedAsIfTheFieldHadBeenLeft) {
