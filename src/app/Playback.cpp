@@ -44,7 +44,7 @@ void ViewController::OnPlayVideo() {
     ui_.labelImageNumber->hide();
     ui_.buttonCloseVideo->setIcon(DrawnIcon(QStringLiteral("stop")));
     ui_.buttonCloseVideo->setToolTip(tr("Stop playing"));
-    ui_.buttonPlayVideo->hide();
+    ShowPlayButton();
 }
 
 void ViewController::StopPlayback() {
@@ -66,7 +66,16 @@ void ViewController::ShowStillView() {
                                      !state_.currentImagePath.isEmpty());
     ui_.buttonCloseVideo->setIcon(DrawnIcon(QStringLiteral("close")));
     ui_.buttonCloseVideo->setToolTip(tr("Close the video or the pictures"));
-    ui_.buttonPlayVideo->setVisible(!state_.videoPath.isEmpty());
+    ShowPlayButton();
+}
+
+void ViewController::ShowPlayButton() {
+    const bool video = !state_.videoPath.isEmpty();
+    // While it plays the place is kept: the slider beside it must not jump.
+    QSizePolicy policy = ui_.buttonPlayVideo->sizePolicy();
+    policy.setRetainSizeWhenHidden(video);
+    ui_.buttonPlayVideo->setSizePolicy(policy);
+    ui_.buttonPlayVideo->setVisible(video && !IsPlaying());
 }
 
 }  // namespace lumirra

@@ -69,7 +69,7 @@ void ViewController::RefreshControlStates() {
                                           .arg(state_.currentImageNumber + 1)
                                           .arg(state_.listImagePaths.size()));
     }
-    ui_.buttonPlayVideo->setVisible(video && !IsPlaying());
+    ShowPlayButton();
     ui_.buttonAddFramesAutomatically->setEnabled(video || state_.listImagePaths.size() >= 2);
 
     for (QAbstractButton* button : {ui_.buttonAddFrame,        ui_.buttonSelectVideo,

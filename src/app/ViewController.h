@@ -193,6 +193,7 @@ class ViewController : public MainWindow {
     void ShowTimesOf(const QString& path);
     void StepFrame(int frames);
     void ShowStillView();
+    void ShowPlayButton();
 
     /// As `UpdateVideoPreview`, but while a knob is held and a render runs, the next render starts
     /// when that one's picture has been shown: pictures keep coming while dragging.

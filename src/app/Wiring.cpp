@@ -47,10 +47,6 @@ void ViewController::DimPanelButtons() {
           ui_.buttonPlayVideo, ui_.buttonPreviousImage, ui_.buttonNextImage}) {
         button->setProperty("quiet", true);
     }
-    // The slider beside it must not jump when playing starts.
-    QSizePolicy policy = ui_.buttonPlayVideo->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    ui_.buttonPlayVideo->setSizePolicy(policy);
 }
 
 void ViewController::ConnectSourcePanel() {

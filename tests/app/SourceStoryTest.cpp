@@ -217,7 +217,12 @@ TEST_F(SourceStory, FilesNamedAtTheStartAreOpenedOrRefusedInWords) {
 }
 
 TEST_F(SourceStory, PlayingStopsAndABrokenFilmIsReported) {
+    window.show();
+    QCoreApplication::processEvents();
+    const int sliderWithoutVideo = Outlet(QStringLiteral("sliderVideoPosition")).x();
     OpenVideo(Media("counter-with-sound.m4v"));
+    const int sliderWithVideo = Outlet(QStringLiteral("sliderVideoPosition")).x();
+    EXPECT_GT(sliderWithVideo, sliderWithoutVideo) << "beside the button to play";
     Edit("sliderVideoPosition", 0.5);
     Settle();
     Press("buttonPlayVideo");
@@ -226,6 +231,7 @@ TEST_F(SourceStory, PlayingStopsAndABrokenFilmIsReported) {
     EXPECT_FALSE(Shown("imageViewVideo"));
     EXPECT_FALSE(Shown("buttonZoomIn"));
     QTest::qWait(300);
+    EXPECT_EQ(Outlet(QStringLiteral("sliderVideoPosition")).x(), sliderWithVideo);
     Press("buttonCloseVideo");
     EXPECT_FALSE(window.IsPlaying());
     EXPECT_FALSE(window.State().videoPath.isEmpty()) << "the first press only stops playing";
