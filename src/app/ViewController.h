@@ -132,6 +132,10 @@ class ViewController : public MainWindow {
     // PreviewUpdate.cpp
     void UpdateVideoPreview();
 
+  Q_SIGNALS:
+    /// From the job of a capture: the frame to store at that path.
+    void Captured(const QImage& frame, const QString& path);
+
   protected:
     void paintEvent(QPaintEvent* event) override;
     void closeEvent(QCloseEvent* event) override;

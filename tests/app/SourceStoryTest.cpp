@@ -12,16 +12,6 @@ namespace {
 
 using SourceStory = WindowTest;
 
-/// The frame number drawn into the counter clips: eight blocks in the bottom rows, highest first.
-int CounterIn(const QImage& picture) {
-    int number = 0;
-    for (int block = 0; block < 8; ++block) {
-        const QColor color = picture.pixelColor(block * 40 + 20, picture.height() - 20);
-        number = number * 2 + (color.lightness() > 127 ? 1 : 0);
-    }
-    return number;
-}
-
 TEST_F(SourceStory, AVideoIsOpenedSoughtMarkedAndClosed) {
     OpenVideo(Media("counter-30fps-bframes.mp4"));  // 90 frames, 3 s
     EXPECT_EQ(dialogs.opened.last().extensions.join(QLatin1Char(' ')),

@@ -19,6 +19,17 @@
 
 namespace lumirra {
 
+/// The frame number drawn into the counter clips: eight blocks in the bottom rows, highest first.
+inline int CounterIn(const QImage& picture) {
+    int number = 0;
+    for (int block = 0; block < 8; ++block) {
+        const QColor color =
+            picture.pixelColor(picture.width() * (2 * block + 1) / 16, picture.height() * 8 / 9);
+        number = number * 2 + (color.lightness() > 127 ? 1 : 0);
+    }
+    return number;
+}
+
 /// A window under the off-screen platform, with scripted dialogs and a folder of its own.
 class WindowTest : public testing::Test {
   protected:

@@ -31,10 +31,7 @@ void ViewController::OnAddFrame() {
     }
     capturesInFlight_.append(*path);
     jobs_.start([this, shown, settings = CaptureSettingsOf(Values()), path = *path] {
-        QImage frame = ImageTools::CropAndResizeCapturedFrame(shown, settings);
-        QMetaObject::invokeMethod(
-            this, [this, frame = std::move(frame), path] { StoreCapture(frame, path); },
-            Qt::QueuedConnection);
+        Q_EMIT Captured(ImageTools::CropAndResizeCapturedFrame(shown, settings), path);
     });
 }
 

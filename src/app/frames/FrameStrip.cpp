@@ -9,6 +9,8 @@ void ViewController::ConnectFrames() {
     ui_.scrollViewFrames->SetCaption([this](int index) { return FrameCaption(index); });
     connect(ui_.scrollViewFrames, &ScrollViewFrames::UpdateSelectionScrollViewFrames, this,
             &ViewController::UpdateSelectionScrollViewFrames);
+    connect(this, &ViewController::Captured, this, &ViewController::StoreCapture,
+            Qt::QueuedConnection);
     connect(ui_.buttonAddFrame, &QPushButton::clicked, this, &ViewController::OnAddFrame);
     connect(ui_.buttonAddFramesAutomatically, &QPushButton::clicked, this,
             &ViewController::OnAddFramesAutomatically);

@@ -16,7 +16,9 @@ struct Question {
 
 }  // namespace
 
-BackgroundJob::BackgroundJob(QObject* parent) : QObject(parent) {}
+BackgroundJob::BackgroundJob(QObject* parent) : QObject(parent) {
+    connect(this, &BackgroundJob::Said, this, &BackgroundJob::Deliver, Qt::QueuedConnection);
+}
 
 BackgroundJob::~BackgroundJob() {
     thread_.request_stop();
@@ -50,7 +52,7 @@ void BackgroundJob::Post(std::function<void()> message) {
         const std::scoped_lock lock(mutex_);
         messages_.push_back(std::move(message));
     }
-    QMetaObject::invokeMethod(this, &BackgroundJob::Deliver, Qt::QueuedConnection);
+    Q_EMIT Said();
 }
 
 /// One at a time: a message may open a dialog, and while that is open the next ones arrive.

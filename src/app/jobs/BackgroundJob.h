@@ -42,6 +42,10 @@ class BackgroundJob : public QObject {
     /// is stopped first. A question that nobody waits for any more is not asked.
     std::optional<bool> Ask(std::function<bool()> question, const std::stop_token& stop);
 
+  Q_SIGNALS:
+    /// From the work: a message waits.
+    void Said();
+
   private:
     void Deliver();
     void Finish();

@@ -81,13 +81,13 @@ class AccessibleStrip : public QAccessibleWidget {
         if (index < 0 || index >= childCount()) {
             return nullptr;
         }
-        const auto known = frames_.find(index);
-        const QAccessible::Id id =
-            known != frames_.end()
-                ? known->second
-                : QAccessible::registerAccessibleInterface(new AccessibleFrame(Strip(), index));
-        frames_.emplace(index, id);
-        return QAccessible::accessibleInterface(id);
+        const auto [entry, isNew] = frames_.try_emplace(index, 0);
+        if (isNew) {
+            auto* frame = new AccessibleFrame(Strip(), index);
+            // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the registry owns it.
+            entry->second = QAccessible::registerAccessibleInterface(frame);
+        }
+        return QAccessible::accessibleInterface(entry->second);
     }
     int indexOfChild(const QAccessibleInterface* child) const override {
         for (const auto& [index, id] : frames_) {

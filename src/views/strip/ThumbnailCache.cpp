@@ -19,7 +19,7 @@ QImage Fitted(const QImage& picture, int side) {
     return ScaleForScreen(picture, rect, rect, true).image;
 }
 
-QImage Read(const QString& path, int side) {
+QImage PictureIn(const QString& path, int side) {
     const QImage picture = QImageReader(path, "png").read();
     return picture.isNull() ? picture : Fitted(picture, side);
 }
@@ -28,6 +28,7 @@ QImage Read(const QString& path, int side) {
 
 ThumbnailCache::ThumbnailCache(QObject* parent) : QObject(parent), read_(kMaxBytes) {
     reader_.setMaxThreadCount(1);
+    connect(this, &ThumbnailCache::Read, this, &ThumbnailCache::Accept, Qt::QueuedConnection);
 }
 
 void ThumbnailCache::SetSide(int pixels) {
@@ -59,18 +60,15 @@ void ThumbnailCache::StartNext() {
     }
     reading_ = true;
     reader_.start([this, path = wanted_.takeFirst(), side = side_] {
-        QImage picture = Read(path, side);
-        QMetaObject::invokeMethod(
-            this, [this, path, picture = std::move(picture), side] { Accept(path, picture, side); },
-            Qt::QueuedConnection);
+        Q_EMIT Read(path, PictureIn(path, side), side);
     });
 }
 
-void ThumbnailCache::Accept(const QString& path, QImage picture, int side) {
+void ThumbnailCache::Accept(const QString& path, const QImage& picture, int side) {
     reading_ = false;
     if (side == side_) {
         const qsizetype cost = std::max<qsizetype>(1, picture.sizeInBytes());
-        read_.insert(path, new QImage(std::move(picture)), cost);
+        read_.insert(path, new QImage(picture), cost);
         Q_EMIT Loaded(path);
     }
     StartNext();

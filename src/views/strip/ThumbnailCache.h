@@ -33,10 +33,12 @@ class ThumbnailCache : public QObject {
 
   Q_SIGNALS:
     void Loaded(const QString& path);
+    /// From the reader: the file's picture for cells of that side.
+    void Read(const QString& path, const QImage& picture, int side);
 
   private:
     void StartNext();
-    void Accept(const QString& path, QImage picture, int side);
+    void Accept(const QString& path, const QImage& picture, int side);
 
     QCache<QString, QImage> read_;
     QStringList wanted_;
