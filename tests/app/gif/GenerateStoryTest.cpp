@@ -1,16 +1,10 @@
 #include <QCheckBox>
 #include <QDoubleSpinBox>
-#include <QFile>
-#include <QImageReader>
 #include <QProcess>
 #include <QProgressBar>
-#include <QSettings>
-#include <QTest>
-#include <random>
 
-#include "WindowFixture.h"
+#include "GenerateFixture.h"
 #include "support/FullDisk.h"
-#include "views/GifView.h"
 #include "views/Spinner.h"
 
 namespace lumirra {
@@ -19,97 +13,6 @@ namespace {
 const char* const kSizeQuestion =
     "The selected frames have different dimensions. Do you want to automatically crop and resize "
     "all frames to match the smallest one?";
-const char* const kRating =
-    "If you enjoy using Lumirra, would you mind taking a moment to rate it? Thanks for your "
-    "support!";
-
-QByteArray BytesOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-class GenerateStory : public WindowTest {
-  protected:
-    void SetUp() override {
-        WindowTest::SetUp();
-        QSettings().clear();
-    }
-    void TearDown() override { QSettings().clear(); }
-
-    /// A picture of one colour with a lighter square that moves to the right.
-    static QImage Picture(int number, QSize size) {
-        QImage image(size, QImage::Format_RGBA8888);
-        image.fill(QColor(40, 90, 30 + 10 * (number % 20)));
-        for (int y = 4; y < 14; ++y) {
-            for (int x = 0; x < 10; ++x) {
-                image.setPixelColor((3 * number + x) % size.width(), y, QColor(250, 240, 60));
-            }
-        }
-        return image;
-    }
-    /// By hand or automatically, as a person would: opens them and presses the button.
-    void Add(const QList<QImage>& frames) {
-        QStringList paths;
-        for (const QImage& frame : frames) {
-            paths << pictures.filePath(QStringLiteral("%1.png").arg(++made_));
-            ASSERT_TRUE(frame.save(paths.last()));
-        }
-        const int before = window.State().frames.Count();
-        Press("buttonCloseVideo");
-        OpenImages(paths);
-        if (frames.size() > 1 && before > 0) {
-            dialogs.answers.push_front(Dialogs::SecondButton);  // those in the list stay
-        }
-        Press(frames.size() > 1 ? "buttonAddFramesAutomatically" : "buttonAddFrame");
-        ASSERT_TRUE(QTest::qWaitFor(
-            [&] { return !Busy() && window.State().frames.Count() == before + frames.size(); },
-            60000));
-        dialogs.messages.clear();
-    }
-    void AddFrames(int count, QSize size = {64, 48}) {
-        QList<QImage> frames;
-        for (int i = 0; i < count; ++i) {
-            frames << Picture(i, size);
-        }
-        Add(frames);
-    }
-    /// Grain, which no quality makes small.
-    void AddNoise(int count, QSize size) {
-        std::mt19937 random(5);
-        QList<QImage> frames;
-        for (int i = 0; i < count; ++i) {
-            QImage image(size, QImage::Format_RGBA8888);
-            for (int y = 0; y < size.height(); ++y) {
-                for (int x = 0; x < size.width(); ++x) {
-                    image.setPixelColor(x, y, QColor::fromRgb(static_cast<QRgb>(random())));
-                }
-            }
-            frames << image;
-        }
-        Add(frames);
-    }
-    QString Gif() const { return folder.filePath(QStringLiteral("tempGif.gif")); }
-    GifView& View() { return Find<GifView>("gifPreview"); }
-    bool Busy() const { return window.RunningJob() != BackgroundJob::Kind::None; }
-    void Generate() {
-        Press("buttonGeneratePreview");
-        ASSERT_TRUE(QTest::qWaitFor([this] { return !Busy() && !View().IsLoading(); }, 60000));
-    }
-    QString ButtonText(const char* outlet) { return Find<QAbstractButton>(outlet).text(); }
-    static QSize SizeOf(const QString& path) { return QImageReader(path).size(); }
-    /// What was printed on standard output meanwhile.
-    template <typename Doing>
-    static std::string Printed(Doing doing) {
-        testing::internal::CaptureStdout();
-        doing();
-        return testing::internal::GetCapturedStdout();
-    }
-
-    QTemporaryDir pictures;
-
-  private:
-    int made_ = 0;
-};
 
 TEST_F(GenerateStory, NothingToGenerateNothingToPlayNothingToSave) {
     Press("buttonGeneratePreview");
@@ -255,110 +158,6 @@ TEST_F(GenerateStory, TheWindowIsClosedWhileTheQuestionStands) {
     ASSERT_TRUE(QTest::qWaitFor([this] { return !Busy(); }, 20000));
     QTest::qWait(50);
     EXPECT_TRUE(QDir(folder.path()).isEmpty());
-}
-
-class SaveStory : public GenerateStory {
-  protected:
-    void SetUp() override {
-        GenerateStory::SetUp();
-        AddFrames(3);
-        Generate();
-    }
-    std::string Save(const QString& path) {
-        dialogs.saves.push_back(path);
-        return Printed([this] { Press("buttonSaveGif"); });
-    }
-    static QString Choice() {
-        return QSettings().value(QStringLiteral("ShowRateMessage")).toString();
-    }
-    QString Out(const char* name) const { return out.filePath(QString::fromLatin1(name)); }
-
-    QTemporaryDir out;
-};
-
-TEST_F(SaveStory, TheCopyIsWholeAndTheUserIsAskedOnTheSecondOccasion) {
-    EXPECT_NE(Save(Out("a.gif")).find("Remove failed: "), std::string::npos);
-    EXPECT_EQ(dialogs.saved.last().suggestedName, QStringLiteral("videoGif.gif"));
-    EXPECT_EQ(dialogs.saved.last().extension, QStringLiteral("gif"));
-    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("Gif saved successfully."));
-    EXPECT_EQ(BytesOf(Out("a.gif")), BytesOf(Gif()));
-    EXPECT_EQ(Choice(), QStringLiteral("Yes"));
-
-    dialogs.answers = {Dialogs::SecondButton};
-    EXPECT_EQ(Save(Out("a.gif")), "") << "over an existing file";
-    ASSERT_EQ(dialogs.messages.size(), 2);
-    EXPECT_EQ(dialogs.messages.last(), QString::fromUtf8(kRating));
-    EXPECT_EQ(dialogs.buttons.last(),
-              (QStringList{QStringLiteral("Yes, Rate Lumirra"), QStringLiteral("Remind me later"),
-                           QStringLiteral("No, Thanks")}));
-    EXPECT_EQ(Choice(), QStringLiteral("Yes"));
-    dialogs.messages.clear();
-    Save(Out("b.gif"));
-    dialogs.OnlyMessage();  // once in a run
-    EXPECT_TRUE(dialogs.addresses.isEmpty());
-
-    dialogs.saves.push_back(std::nullopt);
-    Press("buttonSaveGif");
-    EXPECT_TRUE(dialogs.messages.isEmpty());
-}
-
-TEST_F(SaveStory, AnAnswerCountsForEver) {
-    const struct {
-        QVariant kept;
-        Dialogs::Answer answer;
-        bool asked;
-        QString after;
-        qsizetype opened;
-    } cases[] = {
-        {QStringLiteral("Yes"), Dialogs::FirstButton, true, QStringLiteral("No"), 1},
-        {QStringLiteral("Yes"), Dialogs::ThirdButton, true, QStringLiteral("No"), 0},
-        {QStringLiteral("No"), Dialogs::FirstButton, false, QStringLiteral("No"), 0},
-        {QStringLiteral("yes"), Dialogs::FirstButton, false, QStringLiteral("yes"), 0},
-        {1, Dialogs::FirstButton, false, QStringLiteral("1"), 0},
-    };
-    const QString picture = pictures.filePath(QStringLiteral("1.png"));
-    for (const auto& one : cases) {
-        QSettings().setValue(QStringLiteral("ShowRateMessage"), one.kept);
-        ScriptedDialogs script;
-        ViewController other(theme, script, folder.path());
-        other.OpenFiles({picture});
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !other.State().updating; }, 20000));
-        other.OnAddFrame();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return other.State().frames.Count() == 1; }, 20000));
-        other.OnGeneratePreview();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return other.RunningJob() == BackgroundJob::Kind::None; },
-                                    20000));
-        script.answers = {one.answer};
-        script.saves = {Out("c.gif")};
-        Printed([&] { other.OnSaveGif(); });
-        EXPECT_EQ(script.messages.contains(QString::fromUtf8(kRating)), one.asked);
-        EXPECT_EQ(Choice(), one.after);
-        EXPECT_EQ(script.addresses.size(), one.opened);
-    }
-}
-
-TEST_F(SaveStory, WhatCannotBeSavedLeavesWhatWasThere) {
-    // A folder in its place, a folder that is not there, the preview file gone.
-    ASSERT_TRUE(QDir(out.path()).mkdir(QStringLiteral("folder.gif")));
-    EXPECT_EQ(Save(Out("folder.gif")).rfind("Save failed: ", 0), 0U);
-    EXPECT_NE(Save(Out("none/x.gif")).find("\nSave failed: "), std::string::npos);
-    Save(Out("kept.gif"));
-    dialogs.messages.clear();
-    const QByteArray kept = BytesOf(Out("kept.gif"));
-    ASSERT_FALSE(kept.isEmpty());
-    ASSERT_TRUE(QFile::remove(Gif()));
-    const std::string line = Save(Out("kept.gif"));
-    EXPECT_EQ(line.rfind("Save failed: ", 0), 0U);
-    EXPECT_EQ(std::count(line.begin(), line.end(), '\n'), 1);
-    EXPECT_EQ(BytesOf(Out("kept.gif")), kept);
-    EXPECT_TRUE(dialogs.messages.isEmpty());
-    EXPECT_EQ(QDir(out.path()).entryList(QDir::Files), QStringList{QStringLiteral("kept.gif")});
-
-    // Play still works on what is in memory, stop shows that the file is gone.
-    Press("buttonPlayStopPreview");
-    Press("buttonPlayStopPreview");
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !View().IsLoading(); }));
-    EXPECT_TRUE(View().Image().isNull());
 }
 
 TEST_F(GenerateStory, FramesThatVanishedAreLeftOutAndNoneAtAllIsAFailure) {
