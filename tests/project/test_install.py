@@ -4,6 +4,7 @@ found, and one that is missing is told of.
 usage: test_install.py BUILD_FOLDER MEDIA_FOLDER
 """
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -44,6 +45,13 @@ class Install(unittest.TestCase):
             self.assertEqual(self.run_cli("--info", picture).returncode, 0, "pictures need it not")
         finally:
             module.with_suffix(".away").rename(module)
+
+    def test_the_help_finds_its_pages_and_pictures(self):
+        pages = list((self.prefix / "share/doc/lumirra/help").glob("*.html"))
+        self.assertGreaterEqual(len(pages), 3)
+        for page in pages:
+            for target in re.findall(r'(?:href|src)="([^"#:]+)"', page.read_text()):
+                self.assertTrue((page.parent / target).exists(), f"{page.name}: {target}")
 
 
 if __name__ == "__main__":
