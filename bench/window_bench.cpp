@@ -20,10 +20,10 @@
 #include "app/FontsAhead.h"
 #include "app/QtDialogs.h"
 #include "app/ViewController.h"
-#include "views/SliderCellVideo.h"
 #include "views/Theme.h"
-#include "views/ValueSlider.h"
-#include "views/VideoImageView.h"
+#include "views/controls/SliderCellVideo.h"
+#include "views/controls/ValueSlider.h"
+#include "views/panel/VideoImageView.h"
 #include "views/strip/ScrollViewFrames.h"
 
 namespace {

@@ -3,13 +3,13 @@
 #include <QTimer>
 #include <utility>
 
-#include "app/ControlWidgets.h"
 #include "app/FileCommands.h"
 #include "app/ViewController.h"
+#include "app/controls/ControlWidgets.h"
 #include "sources/FrameFiles.h"
 #include "sources/VideoEngine.h"
 #include "ui_MainWindow.h"
-#include "views/Film.h"
+#include "views/panel/Film.h"
 
 namespace lumirra {
 void ViewController::InitializeControls() {

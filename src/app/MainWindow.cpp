@@ -4,7 +4,7 @@
 #include <QScreen>
 #include <QSettings>
 
-#include "app/ControlDressing.h"
+#include "app/controls/ControlDressing.h"
 #include "ui_MainWindow.h"
 #include "views/Icons.h"
 #include "views/Theme.h"

@@ -8,10 +8,10 @@
 
 #include "app/Dialogs.h"
 #include "app/MainWindow.h"
-#include "app/OutputPreferences.h"
-#include "app/PreviewSource.h"
 #include "app/ProjectState.h"
+#include "app/gif/OutputPreferences.h"
 #include "app/jobs/BackgroundJob.h"
+#include "app/source/PreviewSource.h"
 
 namespace lumirra {
 

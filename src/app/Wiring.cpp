@@ -4,14 +4,14 @@
 #include <QMouseEvent>
 #include <QToolTip>
 
-#include "app/ControlDressing.h"
-#include "app/ControlWidgets.h"
 #include "app/HelpPages.h"
-#include "app/SizeEstimate.h"
 #include "app/ViewController.h"
+#include "app/controls/ControlDressing.h"
+#include "app/controls/ControlWidgets.h"
+#include "app/gif/SizeEstimate.h"
 #include "sources/StillReader.h"
 #include "ui_MainWindow.h"
-#include "views/Film.h"
+#include "views/panel/Film.h"
 
 namespace lumirra {
 ViewController::ViewController(Theme& theme, Dialogs& dialogs, QString temporaryFolder)

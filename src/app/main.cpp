@@ -7,8 +7,8 @@
 #include "app/ViewController.h"
 #include "imaging/WorkingMemory.h"
 #include "sources/TemporaryFolder.h"
-#include "views/RangeControl.h"
 #include "views/Theme.h"
+#include "views/controls/RangeControl.h"
 #include "views/strip/AccessibleFrames.h"
 
 int main(int argc, char** argv) {

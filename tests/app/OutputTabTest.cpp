@@ -6,8 +6,8 @@
 #include <random>
 
 #include "WindowFixture.h"
-#include "app/OutputPreferences.h"
-#include "app/SizeEstimate.h"
+#include "app/gif/OutputPreferences.h"
+#include "app/gif/SizeEstimate.h"
 #include "output/SizeText.h"
 
 namespace lumirra {

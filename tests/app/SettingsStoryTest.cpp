@@ -4,8 +4,8 @@
 
 #include "WindowFixture.h"
 #include "settings/ValueRules.h"
-#include "views/ColorWell.h"
-#include "views/PopUp.h"
+#include "views/controls/ColorWell.h"
+#include "views/controls/PopUp.h"
 
 namespace lumirra {
 namespace {

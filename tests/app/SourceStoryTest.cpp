@@ -5,7 +5,7 @@
 #include "WindowFixture.h"
 #include "imaging/Effects.h"
 #include "sources/StillReader.h"
-#include "views/SliderCellVideo.h"
+#include "views/controls/SliderCellVideo.h"
 
 namespace lumirra {
 namespace {

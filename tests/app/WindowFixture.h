@@ -13,9 +13,9 @@
 #include "ScriptedDialogs.h"
 #include "app/ViewController.h"
 #include "support/SampleMedia.h"
-#include "views/RangeControl.h"
 #include "views/Theme.h"
-#include "views/VideoImageView.h"
+#include "views/controls/RangeControl.h"
+#include "views/panel/VideoImageView.h"
 
 namespace lumirra {
 

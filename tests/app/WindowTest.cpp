@@ -9,8 +9,8 @@
 
 #include "app/MainWindow.h"
 #include "settings/Control.h"
-#include "views/RangeControl.h"
 #include "views/Theme.h"
+#include "views/controls/RangeControl.h"
 
 namespace lumirra {
 namespace {

@@ -4,8 +4,8 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
-#include "views/RangeControl.h"
 #include "views/Theme.h"
+#include "views/controls/RangeControl.h"
 #include "views/strip/AccessibleFrames.h"
 
 // Widgets need the whole application, dressed as the program is; no display is used, and no

@@ -9,9 +9,9 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
-#include "views/PlayerView.h"
-#include "views/VideoImageView.h"
-#include "views/VideoPanel.h"
+#include "views/panel/PlayerView.h"
+#include "views/panel/VideoImageView.h"
+#include "views/panel/VideoPanel.h"
 
 namespace lumirra {
 namespace {

@@ -6,13 +6,13 @@
 #include <QVideoFrameFormat>
 #include <cmath>
 
-#include "views/CaptionField.h"
-#include "views/ColorWell.h"
-#include "views/Film.h"
-#include "views/PlayerView.h"
 #include "views/ScreenPicture.h"
-#include "views/VideoImageView.h"
-#include "views/VideoPanel.h"
+#include "views/controls/CaptionField.h"
+#include "views/controls/ColorWell.h"
+#include "views/panel/Film.h"
+#include "views/panel/PlayerView.h"
+#include "views/panel/VideoImageView.h"
+#include "views/panel/VideoPanel.h"
 #include "views/player/FramePixels.h"
 
 namespace lumirra {

@@ -7,8 +7,8 @@
 #include <QWheelEvent>
 #include <cmath>
 
-#include "views/Stepper.h"
-#include "views/ValueSlider.h"
+#include "views/controls/Stepper.h"
+#include "views/controls/ValueSlider.h"
 
 namespace lumirra {
 namespace {

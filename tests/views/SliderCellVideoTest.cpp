@@ -4,7 +4,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "views/SliderCellVideo.h"
+#include "views/controls/SliderCellVideo.h"
 
 namespace lumirra {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <random>
 
-#include "views/ZoomGeometry.h"
+#include "views/panel/ZoomGeometry.h"
 
 namespace lumirra {
 namespace {

@@ -1,5 +1,5 @@
-#include "app/ControlWidgets.h"
 #include "app/ViewController.h"
+#include "app/controls/ControlWidgets.h"
 #include "imaging/CropScale.h"
 #include "settings/SettingsRecords.h"
 #include "sources/FrameFiles.h"

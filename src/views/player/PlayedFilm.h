@@ -4,7 +4,7 @@
 #include <QVideoFrame>
 #include <QVideoSink>
 
-#include "views/Film.h"
+#include "views/panel/Film.h"
 
 namespace lumirra {
 

@@ -11,7 +11,7 @@
 #include <cmath>
 #include <utility>
 
-#include "views/EmptyState.h"
+#include "views/panel/EmptyState.h"
 
 namespace lumirra {
 namespace {

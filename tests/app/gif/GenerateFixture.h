@@ -7,7 +7,7 @@
 #include <random>
 
 #include "app/WindowFixture.h"
-#include "views/GifView.h"
+#include "views/gif/GifView.h"
 
 namespace lumirra {
 

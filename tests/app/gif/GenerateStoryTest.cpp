@@ -5,7 +5,7 @@
 
 #include "GenerateFixture.h"
 #include "support/FullDisk.h"
-#include "views/Spinner.h"
+#include "views/controls/Spinner.h"
 
 namespace lumirra {
 namespace {

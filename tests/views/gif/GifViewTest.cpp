@@ -9,9 +9,9 @@
 #include <random>
 
 #include "GifBytes.h"
-#include "views/GifView.h"
 #include "views/gif/GifBlocks.h"
 #include "views/gif/GifClock.h"
+#include "views/gif/GifView.h"
 #include "views/style/Colours.h"
 
 namespace lumirra {
