@@ -5,6 +5,7 @@
 
 #include "imaging/Effects.h"
 #include "imaging/Render.h"
+#include "imaging/WorkingMemory.h"
 
 namespace {
 
@@ -116,4 +117,13 @@ const bool registered = [] {
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+    lumirra::KeepWorkingMemory();  // as the programs do
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 1;
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
