@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <QCloseEvent>
-#include <QTimer>
 #include <utility>
 
 #include "app/FileCommands.h"
@@ -90,12 +89,16 @@ void ViewController::paintEvent(QPaintEvent* event) {
         return;
     }
     constexpr int kAfterFirstFrame = 200;  // milliseconds, to leave the first moments to the window
-    QTimer::singleShot(kAfterFirstFrame, this, [this] {
-        jobs_.start([] {
-            // One that does not load says so when it is needed.
-            static_cast<void>(LoadedVideoEngine());
-            static_cast<void>(LoadedFilmPlayer());
-        });
+    loadAhead_.setSingleShot(true);
+    connect(&loadAhead_, &QTimer::timeout, this, &ViewController::LoadMediaAhead);
+    loadAhead_.start(kAfterFirstFrame);
+}
+
+void ViewController::LoadMediaAhead() {
+    jobs_.start([] {
+        // One that does not load says so when it is needed.
+        static_cast<void>(LoadedVideoEngine());
+        static_cast<void>(LoadedFilmPlayer());
     });
 }
 

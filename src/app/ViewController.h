@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QPointer>
 #include <QThreadPool>
+#include <QTimer>
 #include <memory>
 #include <optional>
 
@@ -155,6 +156,7 @@ class ViewController : public MainWindow {
 
     void flagsChanged(const QKeyEvent& event);
     bool MayLoseChanges(const QString& question);
+    void LoadMediaAhead();
 
     void ResetGroup(lumirra::ResetGroup group, std::optional<Control> onlyWhenOn);
     void CommitTyping();
@@ -219,6 +221,7 @@ class ViewController : public MainWindow {
     quint64 previewGeneration_ = 0;  ///< of the source: a picture of an earlier one is dropped
     bool dragWaiting_ = false;
     bool loadedAhead_ = false;
+    QTimer loadAhead_;
     double sourceDuration_ = 0;
     double sourceFrameRate_ = 0;
     QStringList capturesInFlight_;  ///< frame files that are on their way
