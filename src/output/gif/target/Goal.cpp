@@ -7,7 +7,7 @@ namespace {
 /// The mean of one pixel over the first `count` pictures.
 Rgba MeanPixel(const std::vector<const Picture*>& pictures, unsigned count, std::size_t at) {
     const Rgba& own = pictures.front()->pixels[at];
-    if (count == 1) {
+    if (count <= 1) {
         return own;
     }
     unsigned r = 0;
