@@ -52,6 +52,11 @@ HWY_INLINE Float Exp2(Float x) {
 
 /// `Power` of 0 <= x <= 1, at most 1; off by less than 5e-6 * (1 + power) of the value.
 HWY_INLINE Float PowerOf(Float x, const Power& power) {
+    if (power.least) {
+        const Float some = hn::Max(x, All(*power.least));
+        const Float log = hn::MulAdd(Log2(some), All(power.power), All(power.offset));
+        return Exp2(hn::Min(log, hn::Zero(Floats())));
+    }
     const Float log = hn::MulAdd(Log2(x), All(power.power), All(power.offset));
     const Float result = Exp2(hn::Min(hn::Max(log, All(-126)), hn::Zero(Floats())));
     return hn::IfThenElse(hn::Gt(x, hn::Zero(Floats())), result, All(power.ofZero));
@@ -78,19 +83,24 @@ HWY_INLINE Color WithLook(const PhotoLook& look, Color color) {
             Clamped(Polynomial(color.b, look.curve[2]))};
 }
 
-HWY_INLINE Color WithSteps(const ColorSteps& steps, Color color) {
-    if (steps.brightness) {
-        const Float offset = All(*steps.brightness);
-        color = ForEach(color, [&](Float c) { return Clamped(hn::Add(c, offset)); });
-    }
-    if (steps.contrast) {
-        const Float factor = All(steps.contrast->factor);
-        const Float offset = All(steps.contrast->offset);
-        color = ForEach(color, [&](Float c) { return Clamped(hn::MulAdd(c, factor, offset)); });
+/// `tone` is `ToneOfBytes` of the steps.
+HWY_INLINE Color WithSteps(const ColorSteps& steps, const std::optional<LimitedLinear>& tone,
+                           Word pixels) {
+    Color color = BytesOf(pixels);
+    if (tone) {
+        color = ForEach(color, [&](Float c) {
+            const Float value = hn::MulAdd(c, All(tone->factor), All(tone->offset));
+            return hn::Min(hn::Max(value, All(tone->low)), All(tone->high));
+        });
+    } else {
+        color = ForEach(color, [](Float c) { return hn::Mul(c, All(1.0F / 255)); });
     }
     if (steps.saturation) {
         const Float factor = All(steps.saturation->factor);
-        const Float grey = hn::Mul(Luminance(color), All(steps.saturation->offset));
+        const float share = steps.saturation->offset;
+        const Float grey = hn::MulAdd(color.r, All(kRedWeight * share),
+                                      hn::MulAdd(color.g, All(kGreenWeight * share),
+                                                 hn::Mul(color.b, All(kBlueWeight * share))));
         color = ForEach(color, [&](Float c) { return Clamped(hn::MulAdd(c, factor, grey)); });
     }
     if (steps.exposureFactor) {
@@ -114,8 +124,9 @@ HWY_INLINE Color WithSteps(const ColorSteps& steps, Color color) {
 
 inline void ColorRow(const ColorSteps& steps, const VignetteRow* vignette, const std::uint8_t* in,
                      std::uint8_t* out, std::size_t n) {
+    const auto tone = ToneOfBytes(steps);
     const auto make = [&](std::size_t x, Word pixels) {
-        Color color = WithSteps(steps, ColorOf(pixels));
+        Color color = WithSteps(steps, tone, pixels);
         if (vignette != nullptr) {
             const Float factor = VignetteFactor(*vignette, x);
             color = ForEach(color, [&](Float c) { return hn::Mul(c, factor); });
@@ -145,9 +156,10 @@ inline void LoadRow(const ColorSteps& steps, bool premultiplied, const std::uint
     const Floats d;
     const std::size_t lanes = hn::Lanes(d);
     const Tail tail(in, n);
+    const auto tone = ToneOfBytes(steps);
     for (std::size_t x = 0; x < n; x += lanes) {
         const Word pixels = LoadPixels(x + lanes <= n ? in + 4 * x : tail.data());
-        Color color = WithSteps(steps, ColorOf(pixels));
+        Color color = WithSteps(steps, tone, pixels);
         const Float alpha = AlphaOf(pixels);
         if (premultiplied) {
             color = ForEach(color, [&](Float c) { return hn::Mul(c, alpha); });

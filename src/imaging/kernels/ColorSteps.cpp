@@ -19,6 +19,15 @@ std::optional<float> Step(float value, float neutral, float lowest, float highes
     return std::clamp(value, lowest, highest);
 }
 
+Power PowerOf(float gamma, float stops) {
+    Power power{gamma, gamma * stops, gamma > 0 ? 0.0F : 1.0F, std::nullopt};
+    constexpr float kLowest = -126;  // exponent of the smallest normal number
+    if (kLowest * power.power + power.offset < -30) {
+        power.least = std::exp2(std::max(kLowest, (kLowest - power.offset) / power.power));
+    }
+    return power;
+}
+
 /// To YIQ, turned in the IQ plane, and back. The chroma axes of YIQ lie 33 degrees off the colour
 /// difference axes and run the other way round, so red moves towards yellow for a negative turn.
 std::array<float, 9> HueMatrix(double degrees) {
@@ -70,7 +79,7 @@ ColorSteps ColorStepsOf(const EffectSettings& settings) {
     }
     const float stops = Step(settings.exposure, 0, -64, 64).value_or(0);
     if (const auto gamma = Step(settings.gamma, 1, 0, 1e3F)) {
-        steps.gamma = Power{*gamma, *gamma * stops, *gamma > 0 ? 0.0F : 1.0F};
+        steps.gamma = PowerOf(*gamma, stops);
     } else if (stops != 0) {
         steps.exposureFactor = std::exp2(stops);
     }
@@ -81,6 +90,16 @@ ColorSteps ColorStepsOf(const EffectSettings& settings) {
         steps.look = FindPhotoLook(*settings.colorEffectName);
     }
     return steps;
+}
+
+std::optional<LimitedLinear> ToneOfBytes(const ColorSteps& steps) {
+    if (!steps.brightness && !steps.contrast) {
+        return std::nullopt;
+    }
+    const auto [factor, offset] = steps.contrast.value_or(Linear{1, 0});
+    const auto [low, high] = std::minmax({offset, factor + offset});
+    return LimitedLinear{factor / 255, steps.brightness.value_or(0) * factor + offset,
+                         std::clamp(low, 0.0F, 1.0F), std::clamp(high, 0.0F, 1.0F)};
 }
 
 float UsableQuantization(float quantization) {

@@ -27,6 +27,9 @@ struct Power {
     float power;
     float offset;
     float ofZero;  ///< what zero gives
+    /// What gives less than this number does, 2^-126, is as good as zero; absent where the smallest
+    /// numbers there are give more than 2^-30.
+    std::optional<float> least;
 };
 
 /// What is done to each pixel by itself, in this order, colours clamped to 0..1 after every step. A
@@ -43,6 +46,18 @@ struct ColorSteps {
 
     bool IsNeutral() const;
 };
+
+/// c * factor + offset, kept between the limits.
+struct LimitedLinear {
+    float factor;
+    float offset;
+    float low;
+    float high;
+};
+
+/// Brightness and contrast of a byte (0..255) as one step, absent when both are neutral: clamping
+/// before a linear step is the same as clamping after it to what the ends become.
+std::optional<LimitedLinear> ToneOfBytes(const ColorSteps& steps);
 
 /// The colour adjustments and the photo effect of the settings. Values that are no numbers are
 /// neutral, infinite ones are taken as very large.

@@ -84,10 +84,14 @@ HWY_INLINE Float LowByte(Word words) {
     return hn::ConvertTo(Floats(), hn::BitCast(Ints(), byte));
 }
 
+/// 0..255.
+HWY_INLINE Color BytesOf(Word pixels) {
+    return {LowByte(pixels), LowByte(hn::ShiftRight<8>(pixels)),
+            LowByte(hn::ShiftRight<16>(pixels))};
+}
+
 HWY_INLINE Color ColorOf(Word pixels) {
-    const Color bytes = {LowByte(pixels), LowByte(hn::ShiftRight<8>(pixels)),
-                         LowByte(hn::ShiftRight<16>(pixels))};
-    return ForEach(bytes, [](Float c) { return hn::Mul(c, All(1.0F / 255)); });
+    return ForEach(BytesOf(pixels), [](Float c) { return hn::Mul(c, All(1.0F / 255)); });
 }
 
 HWY_INLINE Float AlphaOf(Word pixels) {
@@ -103,11 +107,10 @@ HWY_INLINE Word PixelsOf(const Color& color, Word alphaFrom) {
     const auto rounded = [](Float c) {
         return hn::BitCast(Words(), hn::MulAdd(c, All(255), All(kRounder)));
     };
-    const Word red = hn::And(rounded(color.r), hn::Set(Words(), 0xFF));
     const Word green = hn::ShiftLeft<8>(rounded(color.g));
     const Word blue = hn::ShiftLeft<16>(rounded(color.b));
-    const Word alpha = hn::And(alphaFrom, hn::Set(Words(), 0xFF000000U));
-    return hn::Or(hn::Or(red, green), hn::Or(blue, alpha));
+    const Word most = hn::OrAnd(hn::Or(green, blue), rounded(color.r), hn::Set(Words(), 0xFF));
+    return hn::OrAnd(most, alphaFrom, hn::Set(Words(), 0xFF000000U));
 }
 
 HWY_INLINE Color LoadPlanes(const Planes& row, std::size_t x) {
