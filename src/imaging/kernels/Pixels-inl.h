@@ -86,8 +86,17 @@ HWY_INLINE Float LowByte(Word words) {
 
 /// 0..255.
 HWY_INLINE Color BytesOf(Word pixels) {
-    return {LowByte(pixels), LowByte(hn::ShiftRight<8>(pixels)),
-            LowByte(hn::ShiftRight<16>(pixels))};
+    constexpr std::uint8_t o = 0x80;  // gives a zero
+    alignas(16) static constexpr std::uint8_t kPlaces[3][16] = {
+        {0, o, o, o, 4, o, o, o, 8, o, o, o, 12, o, o, o},
+        {1, o, o, o, 5, o, o, o, 9, o, o, o, 13, o, o, o},
+        {2, o, o, o, 6, o, o, o, 10, o, o, o, 14, o, o, o}};
+    const auto channel = [&](std::size_t i) {
+        const auto bytes = hn::TableLookupBytesOr0(hn::BitCast(Bytes(), pixels),
+                                                   hn::LoadDup128(Bytes(), kPlaces[i]));
+        return hn::ConvertTo(Floats(), hn::BitCast(Ints(), bytes));
+    };
+    return {channel(0), channel(1), channel(2)};
 }
 
 HWY_INLINE Color ColorOf(Word pixels) {
