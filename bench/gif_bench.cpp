@@ -7,7 +7,6 @@
 #include <cstdio>
 
 #include "imaging/WorkingMemory.h"
-#include "output/GifEstimate.h"
 #include "output/GifWriter.h"
 
 int main(int argc, char** argv) {
@@ -35,7 +34,7 @@ int main(int argc, char** argv) {
             request.threads = static_cast<int>(value);
         }
     }
-    request.framePaths = arguments;
+    request.frames = lumirra::FramesAt(arguments);
     const auto start = std::chrono::steady_clock::now();
     if (estimateOnly) {
         const auto estimate = lumirra::EstimateGif(request, {});

@@ -10,6 +10,13 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverl
 # Keeps the arithmetic of one source line the same on every machine: no silent fused multiply-add.
 add_compile_options(-ffp-contract=off)
 
+# Media files come from anywhere: what a damaged one might overwrite is guarded.
+add_compile_options(-fstack-protector-strong)
+add_link_options(-Wl,-z,relro,-z,now $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-pie>)
+if(NOT LUMIRRA_SANITIZE)
+  add_compile_definitions(_FORTIFY_SOURCE=2)  # the sanitizers look closer
+endif()
+
 if(LUMIRRA_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
                       -fno-omit-frame-pointer -O1 -g)

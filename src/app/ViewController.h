@@ -1,141 +1,103 @@
 #pragma once
 
-#include <QElapsedTimer>
-#include <QPointer>
-#include <QThreadPool>
 #include <QTimer>
+#include <QUrl>
 #include <memory>
-#include <optional>
 
-#include "app/Dialogs.h"
-#include "app/MainWindow.h"
 #include "app/ProjectState.h"
-#include "app/gif/OutputPreferences.h"
-#include "app/jobs/BackgroundJob.h"
-#include "app/source/PreviewSource.h"
+#include "app/session/Session.h"
+#include "app/window/HelpPages.h"
+#include "app/window/MainWindow.h"
+#include "project/FrameStore.h"
+#include "project/Project.h"
 
 namespace lumirra {
 
-class ControlWidgets;
-class Film;
-struct ExtractionJob;
-struct ExtractionProgress;
-struct ExtractionResult;
-class SizeEstimate;
+class CaptureController;
+class CommandActions;
+class Dialogs;
+class ExtractionController;
+class FrameListController;
+class GifController;
+class LifecycleController;
+class PlaybackController;
+class PreviewController;
+class ProfileController;
+class SaveController;
+class SettingsController;
+class SourceController;
+class WindowStateView;
 
-/// The window's controller: owns all state for the life of the window and handles every command.
-/// All operations run on the main thread; workers get copies and answer with queued calls.
+/// The window's controller: the front of the controllers, each of which knows the project and its
+/// own part of the window, and none of the others. It carries every command by its name, and what
+/// one part's work means for another. Main thread.
 class ViewController : public MainWindow {
     Q_OBJECT
 
   public:
     /// `dialogs` must outlive the window. Frames and the GIF under construction live in
-    /// `temporaryFolder`.
-    ViewController(Theme& theme, Dialogs& dialogs, QString temporaryFolder);
+    /// `temporaryFolder`. `store`: where the program can be rated; empty when there is no place.
+    ViewController(Theme& theme, Dialogs& dialogs, const QString& temporaryFolder,
+                   const QUrl& store = StoreAddress());
     ~ViewController() override;
 
-    const ProjectState& State() const { return state_; }
-    ControlValues Values() const;
+    ProjectState State() const;
+    Project& CurrentProject() { return project_; }
+    const ControlValues& Values() const { return project_.Values(); }
+    BackgroundJob::Kind RunningJob() const { return session_.RunningJob(); }
 
-    // Lifecycle.cpp: start, New, Quit, close, the mark of unsaved changes, clean-up
-    void InitializeControls();
-    void MarkModified();
-    bool IsModified() const;
+    // the project
+    void MarkModified() { project_.MarkModified(); }
+    bool IsModified() const { return project_.State().IsModified(); }
     void OnFileNew();
-    void OnAppQuit();
-    void OnHowToMakeAGifFromAVideo();
-    void OnHowTocreateAGifFromImages();
-    /// Removes the frame and its thumbnail; what fails is one line on standard output.
-    void DeleteFrameFile(const QString& path);
-    void DeleteTempGif();
-    void CleanTemporaryFiles();
-
-    // BusyLock.cpp: the controls while a job runs
-    /// `RefreshControlStates` undoes it once no job runs; until then it keeps the lock.
-    void DisableAllControls();
-    /// The one long job that runs just now.
-    BackgroundJob::Kind RunningJob() const { return job_.Running(); }
-
-    // SettingHandlers.cpp: what follows when a person changed a setting control, by its row
-    void OnControlEdited(Control control);
-    void StoreTextFieldsValues();
-    void OnAdjustSettingsReset();
-    void OnCartoonReset();
-    void OnScketchReset();
-    void OnVignetteReset();
-    void OnTextReset();
-    void OnOutputReset();
-
-    // OutputTab.cpp: what is kept for the user, not in the profile, and the line with the size
-    OutputPreferences Preferences() const;
-    void OnOutputPreferenceChanged();
-    /// To be called after the frame list or the output settings changed; cheap.
-    void RefreshSizeEstimate();
-
-    // GifPreview.cpp: the GIF of the frames, written and played
-    void OnGeneratePreview();
-    void OnPlayStopPreview();
-    /// Still, at the first picture.
-    void ResetPlay();
-
-    // SaveGif.cpp
-    void OnSaveGif();
-
-    // CropResize.cpp
-    void UpdateCropResizeGeometry();
-    void OnTextFieldDimensionsChanged(Control dimensionField);
-    void OnCropResizeReset();
-
-    // Profile.cpp
+    void OnAppQuit() { close(); }
     void OnSaveProfile();
     void OnSaveProfileAs();
     void OnLoadProfile();
+    void CleanTemporaryFiles();
 
-    // SourcePanel.cpp: the source, its position, markers, pictures and zoom
-    void ResetStartEndMarks();
-    void RefreshControlStates();
+    // the source
     void OnSelectVideo();
     void OnSelectImage();
+    void OnPlayVideo();
+    /// Stops playing, else closes the source.
     void OnStopVideo();
-    void OnVideoPositionChanged();
     void OnMarkAsStartTime();
     void OnMarkAsEndTime();
     void OnPreviousImage();
     void OnNextImage();
-    void OnZoomIn();
-    void OnZoomOut();
-    void OnResetZoom();
     void VideoDragPerformed(const QString& path);
     void ImageDragPerformed(const QStringList& paths);
-    /// Files named when the program was started: as if dropped on the panel together; says so when
-    /// they are nothing that can be opened.
+    /// Files named when the program was started.
     void OpenFiles(const QStringList& paths);
+    void StopPlayback();
+    bool IsPlaying() const { return session_.IsPlaying(); }
+    void UpdateVideoPreview();
 
-    // frames/FrameCapture.cpp, frames/FrameExtraction.cpp
+    // frames
     void OnAddFrame();
     void OnAddFramesAutomatically();
-
-    // frames/FrameStrip.cpp: the list of frames and its strip
-    void RebuildFrameStrip();
-    /// The frame last clicked becomes the selection, or with Ctrl held joins or leaves it.
-    void RefreshFrameSelection();
-    void UpdateSelectionScrollViewFrames(int tag);
     void OnRemoveSelectedFrame();
     void OnRemoveAllFrames();
     void OnMoveUp();
     void OnMoveDown();
+    void RebuildFrameStrip();
+    void RefreshFrameSelection();
+    void UpdateSelectionScrollViewFrames(int tag);
 
-    // Playback.cpp
-    void OnPlayVideo();
-    void StopPlayback();
-    bool IsPlaying() const;
+    // the GIF
+    void OnGeneratePreview();
+    void OnPlayStopPreview();
+    /// Still, at the first picture.
+    void ResetPlay();
+    void OnSaveGif();
 
-    // PreviewUpdate.cpp
-    void UpdateVideoPreview();
+    void OnHowToMakeAGifFromAVideo();
+    void OnHowTocreateAGifFromImages();
 
-  Q_SIGNALS:
-    /// From the job of a capture: the frame to store at that path.
-    void Captured(const QImage& frame, const QString& path);
+    /// Nothing can be changed until `RefreshControlStates`, which a running job outlasts.
+    void DisableAllControls() { session_.SetLocked(true); }
+    void RefreshControlStates() { session_.SetLocked(false); }
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -144,93 +106,42 @@ class ViewController : public MainWindow {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    // Wiring.cpp: the start, in named steps
-    void ConnectSourcePanel();
-    void ConnectFrames();
-    void ConnectCommands();
-    void ConnectMenus();
-    void ConnectOutputTab();
-    void ConnectGifPreview();
-    void ShowOutputPreferences();
+    void MakeControllers(Dialogs& dialogs, const QUrl& store);
+    void ConnectControllers();
+    void BindProjectCommands();
+    void BindSourceCommands();
+    void BindFrameCommands();
+    void BindGifCommands();
+    void BindResets();
     void DimPanelButtons();
-
-    void flagsChanged(const QKeyEvent& event);
-    bool MayLoseChanges(const QString& question);
+    void Follow(ProjectChanges what);
+    void ShowTitle();
+    void ShowHistory();
     void LoadMediaAhead();
-
-    void ResetGroup(lumirra::ResetGroup group, std::optional<Control> onlyWhenOn);
-    void CommitTyping();
-    void WriteProfile();
-
-    struct GifRun;
-    QString PreviewFile() const;
-    void GenerateGif(GifRun& run, const std::stop_token& stop);
-    bool BeginWriting(bool framesDiffer);
-    void ShowWritingProgress(int done, int total, int frames, qint64 elapsed);
-    void GifGenerationFinished(const GifRun& run);
-    void ClearGifPreview();
-    void EmptyGifPreview(const QString& words);
-    void ShowGifPlaying(bool playing);
-    void AskForRating();
-
-    void ReturnFocus();
-    void AcceptSources(bool accepted);
-
-    void StoreCapture(const QImage& frame, const QString& path);
-    void ForgetCaptures();
-    void StartExtraction(const ExtractionJob& extraction);
-    void ShowExtractionProgress(const ExtractionProgress& progress);
-    void FinishExtraction(const ExtractionResult& result);
-    void ShowExtractionPlan();
-    void ShowAddFramesStatus(const QString& text);
-    QString FrameCaption(int index) const;
-    void ShowFrameSelection();
-    void EnableMoveButtons();
-    /// All of them, with their files, without a question.
-    void RemoveFrames();
-    void ShowMoved(int offset);
-
-    ImageSize BaseSize() const;
-    bool HasSource() const;
-    bool ShowsPicture() const;
-    void LoadVideo(const QString& path);
-    void LoadImages(const QStringList& added);
-    void ShowImageNumber(int number);
-    void ShowTimesOf(const QString& path);
-    void StepFrame(int frames);
-    void ShowStillView();
-    void ShowPlayButton();
-
-    /// As `UpdateVideoPreview`, but while a knob is held and a render runs, the next render starts
-    /// when that one's picture has been shown: pictures keep coming while dragging.
-    void RequestPreview(bool dragging);
-    void StartPreview();
-    void FinishPreview(const PreviewResult& result, quint64 generation);
-    void ForgetPreview();
+    void LeaveProject();
+    void FlagsChanged(const QKeyEvent& event);
 
     Dialogs& dialogs_;
-    QString temporaryFolder_;
     Ui::MainWindow& ui_;
-    std::unique_ptr<ControlWidgets> controls_;
-    std::unique_ptr<SizeEstimate> sizeEstimate_;
-    ProjectState state_;
-
-    std::unique_ptr<Film> film_;
-
-    std::shared_ptr<PreviewSource> previewSource_;
-    quint64 previewGeneration_ = 0;  ///< of the source: a picture of an earlier one is dropped
-    bool dragWaiting_ = false;
-    bool loadedAhead_ = false;
+    QString previewFile_;
+    FrameStore store_;
+    Project project_;
+    Session session_;
+    std::unique_ptr<CommandActions> actions_;
+    std::unique_ptr<WindowStateView> stateView_;
+    std::unique_ptr<SettingsController> settings_;
+    std::unique_ptr<PreviewController> preview_;
+    std::unique_ptr<PlaybackController> playback_;
+    std::unique_ptr<SourceController> source_;
+    std::unique_ptr<CaptureController> capture_;
+    std::unique_ptr<ExtractionController> extraction_;
+    std::unique_ptr<FrameListController> frames_;
+    std::unique_ptr<GifController> gif_;
+    std::unique_ptr<SaveController> save_;
+    std::unique_ptr<ProfileController> profile_;
+    std::unique_ptr<LifecycleController> lifecycle_;
     QTimer loadAhead_;
-    double sourceDuration_ = 0;
-    double sourceFrameRate_ = 0;
-    QStringList capturesInFlight_;  ///< frame files that are on their way
-    QElapsedTimer extractionClock_;
-    int leftOutFrames_ = 0;  ///< of the GIF shown
-    QPointer<QWidget> focusBeforeLock_;
-    BackgroundJob job_;
-    /// Last: its destructor waits for the jobs that use the rest.
-    QThreadPool jobs_;
+    std::jthread loader_;
 };
 
 }  // namespace lumirra

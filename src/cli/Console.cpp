@@ -4,8 +4,13 @@
 
 #include <QFileInfo>
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
+#include <utility>
+
+#include "imaging/Words.h"
+#include "imaging/files/FileName.h"
 
 namespace lumirra {
 namespace {
@@ -20,30 +25,35 @@ QString Harmless(QString text) {
     return text;
 }
 
-void Write(std::FILE* stream, const QString& text) {
-    const QByteArray bytes = text.toLocal8Bit();
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
-    std::fflush(stream);
+/// 0, or the system's error number.
+int Write(std::FILE* stream, const QString& text) {
+    const QByteArray bytes = ReadableName(text).toLocal8Bit();
+    const auto size = static_cast<std::size_t>(bytes.size());
+    return std::fwrite(bytes.constData(), 1, size, stream) == size && std::fflush(stream) == 0
+               ? 0
+               : errno;
 }
 
 QString MinutesAndSeconds(double seconds) {
     const int whole = static_cast<int>(std::lround(std::min(seconds, 359999.0)));
-    return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QLatin1Char('0'));
+    return Filled(QStringLiteral("%1:%2"), whole / 60,
+                  QString::number(whole % 60).rightJustified(2, QLatin1Char('0')));
 }
 
 }  // namespace
 
-Console::Console(bool quiet) : quiet_(quiet), onTerminal_(isatty(STDERR_FILENO) == 1) {}
+Console::Console(bool quiet, std::function<void()> onProgress)
+    : quiet_(quiet), onProgress_(std::move(onProgress)), onTerminal_(isatty(STDERR_FILENO) == 1) {}
 
 void Console::Result(const QString& line) {
     ClearBar();
     if (!quiet_) {
-        Write(stdout, Harmless(line) + QLatin1Char('\n'));
+        WriteOutput(Harmless(line) + QLatin1Char('\n'));
     }
 }
 
 void Console::Print(const QString& text) {
-    Write(stdout, text);
+    WriteOutput(text);
 }
 
 void Console::Warning(const QString& line) {
@@ -57,6 +67,9 @@ void Console::Error(const QString& line) {
 }
 
 void Console::Progress(const QString& phase, int done, int total) {
+    if (onProgress_) {
+        onProgress_();
+    }
     if (quiet_ || total <= 0) {
         return;
     }
@@ -73,11 +86,8 @@ void Console::Progress(const QString& phase, int done, int total) {
     const auto quarter = static_cast<int>(4LL * done / total);
     if (quarter > quarter_) {
         quarter_ = quarter;
-        WriteError(QStringLiteral("%1: %2 %, %3 of %4\n")
-                       .arg(phase)
-                       .arg(quarter * 25)
-                       .arg(done)
-                       .arg(total));
+        WriteError(
+            Filled(QStringLiteral("%1: %2 %, %3 of %4\n"), phase, quarter * 25, done, total));
     }
 }
 
@@ -95,11 +105,9 @@ void Console::ShowBar(const QString& phase, int done, int total) {
         done > 0 && done < total
             ? MinutesAndSeconds(spent.count() * (total - done) / done) + QStringLiteral(" left")
             : QString();
-    WriteError(QStringLiteral("\r%1 [%2%3] %4 % %5\x1b[K")
-                   .arg(phase.leftJustified(8), QString(cells, QLatin1Char('#')),
-                        QString(kCells - cells, QLatin1Char('.')))
-                   .arg(static_cast<int>(share * 100), 3)
-                   .arg(left));
+    WriteError(Filled(QStringLiteral("\r%1 [%2%3] %4 % %5\x1b[K"), phase.leftJustified(8),
+                      QString(cells, QLatin1Char('#')), QString(kCells - cells, QLatin1Char('.')),
+                      QString::number(static_cast<int>(share * 100)).rightJustified(3), left));
     barShown_ = true;
     if (done >= total) {
         ClearBar();
@@ -113,12 +121,18 @@ void Console::ClearBar() {
     }
 }
 
+void Console::WriteOutput(const QString& text) {
+    const int error = Write(stdout, text);
+    outputError_ = outputError_ != 0 ? outputError_ : error;
+}
+
 void Console::WriteError(const QString& text) {
-    Write(stderr, text);
+    static_cast<void>(Write(stderr, text));
 }
 
 QString MessageOf(const Failure& failure) {
-    if (failure.file.isEmpty() || failure.message.contains(QFileInfo(failure.file).fileName())) {
+    if (failure.file.isEmpty() ||
+        ReadableName(failure.message).contains(ReadableName(QFileInfo(failure.file).fileName()))) {
         return failure.message;
     }
     return failure.file + QStringLiteral(": ") + failure.message;

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <chrono>
+#include <functional>
 
 #include "imaging/Outcome.h"
 
@@ -11,12 +12,15 @@ namespace lumirra {
 /// and errors on standard error. Control characters in texts are shown as "?". Main thread only.
 class Console {
   public:
-    explicit Console(bool quiet = false);
+    /// `onProgress` is called with each report of progress.
+    explicit Console(bool quiet = false, std::function<void()> onProgress = {});
 
     /// A line of result; nothing when quiet.
     void Result(const QString& line);
     /// Text that was asked for, as it is.
     void Print(const QString& text);
+    /// The system's error number of the first result that could not be written; 0 when all were.
+    int OutputError() const { return outputError_; }
     void Warning(const QString& line);
     void Error(const QString& line);
 
@@ -27,9 +31,12 @@ class Console {
   private:
     void ShowBar(const QString& phase, int done, int total);
     void ClearBar();
+    void WriteOutput(const QString& text);
     void WriteError(const QString& text);
 
     bool quiet_;
+    std::function<void()> onProgress_;
+    int outputError_ = 0;
     bool onTerminal_;
     bool barShown_ = false;
     QString phase_;

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <cmath>
 
+#include "cli/FrameEditing.h"
 #include "cli/JobPlan.h"
 #include "cli/KeptFrames.h"
 #include "cli/SourceLook.h"
-#include "output/GifEstimate.h"
+#include "imaging/Words.h"
 #include "output/GifWriter.h"
 #include "output/SizeText.h"
+#include "project/ExportRequest.h"
+#include "project/sequence/FrameSequence.h"
 #include "settings/NumberText.h"
 #include "settings/ProfileText.h"
 #include "settings/SettingsRecords.h"
@@ -22,11 +25,32 @@ Failure Stopped() {
     return {Failure::Kind::Stopped, QStringLiteral("Stopped; nothing was made."), {}};
 }
 
-Outcome<ControlValues> StartValues(const Options& options) {
+Outcome<Profile> StartProfile(const Options& options) {
     if (options.profile.isEmpty()) {
-        return InitialControlValues();
+        return Profile();
     }
     return LoadProfile(options.profile);
+}
+
+Outcome<std::optional<Preset>> ChosenPreset(const Options& options) {
+    if (options.preset.isEmpty()) {
+        return std::optional<Preset>();
+    }
+    auto presets = LoadPresets(UserPresetsFile());
+    if (!presets) {
+        return presets.failure();
+    }
+    QStringList names;
+    for (const Preset& preset : *presets) {
+        if (preset.name == options.preset) {
+            return std::optional(preset);
+        }
+        names << preset.name;
+    }
+    return Failure{Failure::Kind::Invalid,
+                   QStringLiteral("There is no preset \"%1\"; there are %2.")
+                       .arg(options.preset, names.join(QStringLiteral(", "))),
+                   {}};
 }
 
 /// Says how much of the sources could not be read; a few of many reasons are enough.
@@ -35,7 +59,7 @@ void Warn(Console& console, const std::vector<Failure>& problems, int total, con
     if (problems.empty()) {
         return;
     }
-    console.Warning(QStringLiteral("%1 of %2 %3").arg(problems.size()).arg(total).arg(what));
+    console.Warning(Filled(QStringLiteral("%1 of %2 %3"), problems.size(), total, what));
     QStringList told;
     for (const Failure& problem : problems) {
         const QString message = MessageOf(problem);
@@ -62,13 +86,16 @@ Outcome<Frames> Extract(const Options& options, const ControlValues& values, con
                             .threads = options.threads};
     int total = 0;
     const ExtractionResult result = RunExtraction(
-        job, stop, [](const QString&) {},
+        job, stop, [](const ExtractedFrame&) {},
         [&](const ExtractionProgress& progress) {
             total = progress.total;
             console.Progress(QStringLiteral("Frames"), progress.stored, progress.total);
         });
     if (result.stopped || stop.stop_requested()) {
         return Stopped();
+    }
+    if (result.endedEarly) {
+        return result.problems.back();
     }
     const auto blank = std::count_if(
         result.problems.begin(), result.problems.end(),
@@ -86,19 +113,39 @@ Outcome<Frames> Extract(const Options& options, const ControlValues& values, con
 }
 
 GifRequest RequestFor(const Options& options, const ControlValues& values,
-                      const QStringList& frames) {
-    const OutputSettings output = OutputSettingsOf(values);
-    return {
-        .framePaths = frames,
-        .destination = options.output,
-        .colorLevels = output.colorLevels,
-        .fitMode = options.fitMode,
-        .delaySeconds = output.delaySeconds,
-        .loopCount = options.loop == Options::Loop::Count ? options.loopCount : output.loopCount,
-        .repeatForever = options.loop == Options::Loop::Forever,
-        .quality = static_cast<double>(options.quality),
-        .maxBytes = options.maxBytes,
-        .threads = options.threads};
+                      std::vector<FrameInput> frames) {
+    GifRequest request = ExportRequest(values, std::move(frames));
+    request.destination = options.output;
+    request.fitMode = options.fitMode;
+    request.threads = options.threads;
+    return request;
+}
+
+/// Whether the place of the preset takes the frames as they are now.
+std::optional<Failure> CheckForPreset(const std::optional<Preset>& preset,
+                                      const GifRequest& request) {
+    if (!preset) {
+        return std::nullopt;
+    }
+    if (auto failure = CheckFrames(*preset, static_cast<double>(request.frames.size()))) {
+        return failure;
+    }
+    const int common = HundredthsOf(request.delaySeconds);
+    long long hundredths = 0;
+    for (const FrameInput& frame : request.frames) {
+        hundredths += frame.delay.value_or(common);
+    }
+    const double seconds = static_cast<double>(hundredths) / 100;
+    if (preset->maxSeconds > 0 && seconds > preset->maxSeconds) {
+        return Failure{
+            Failure::Kind::Invalid,
+            Filled(QStringLiteral("%1 takes at most %2 s; these frames take %3 s. --speed %4 "
+                                  "would do."),
+                   preset->place, preset->maxSeconds, seconds,
+                   std::ceil(seconds / preset->maxSeconds * 100) / 100),
+            {}};
+    }
+    return std::nullopt;
 }
 
 Outcome<GifResult> MakeGif(const GifRequest& request, const std::stop_token& stop,
@@ -107,7 +154,7 @@ Outcome<GifResult> MakeGif(const GifRequest& request, const std::stop_token& sto
         console.Progress(QStringLiteral("GIF"), done, total);
     });
     if (gif) {
-        Warn(console, gif->leftOut, static_cast<int>(request.framePaths.size()),
+        Warn(console, gif->leftOut, static_cast<int>(request.frames.size()),
              QStringLiteral("frames are not in the GIF."));
     } else if (gif.failure().kind == Failure::Kind::Stopped) {
         return Stopped();
@@ -122,13 +169,9 @@ std::optional<Failure> Estimate(const GifRequest& request, const std::stop_token
     if (!estimate) {
         return estimate.failure().kind == Failure::Kind::Stopped ? Stopped() : estimate.failure();
     }
-    QString line = QStringLiteral("About %1 bytes (%2): %3 frames, %4x%5, quality %6")
-                       .arg(estimate->bytes)
-                       .arg(SizeText(estimate->bytes))
-                       .arg(estimate->frames)
-                       .arg(estimate->width)
-                       .arg(estimate->height)
-                       .arg(request.quality);
+    QString line = Filled(QStringLiteral("About %1 bytes (%2): %3 frames, %4x%5, quality %6"),
+                          estimate->bytes, SizeText(estimate->bytes), estimate->frames,
+                          estimate->width, estimate->height, request.quality);
     if (request.maxBytes > 0 && estimate->bytes > request.maxBytes) {
         line += QStringLiteral("; --max-size would lower the quality");
     }
@@ -137,14 +180,9 @@ std::optional<Failure> Estimate(const GifRequest& request, const std::stop_token
 }
 
 QString Summary(const GifResult& gif, const GifRequest& request) {
-    const double delay = std::clamp(std::round(request.delaySeconds * 100), 1.0, 65535.0) / 100;
-    QString line = QStringLiteral("%1: %2 frames, %3x%4, %5 s, %6 bytes")
-                       .arg(request.destination)
-                       .arg(gif.frames)
-                       .arg(gif.width)
-                       .arg(gif.height)
-                       .arg(FixedText(delay * gif.frames, 2))
-                       .arg(gif.bytes);
+    QString line =
+        Filled(QStringLiteral("%1: %2 frames, %3x%4, %5 s, %6 bytes"), request.destination,
+               gif.frames, gif.width, gif.height, FixedText(gif.seconds, 2), gif.bytes);
     if (gif.quality < request.quality) {
         line += QStringLiteral(", quality %1").arg(FixedText(gif.quality, 1));
     }
@@ -153,7 +191,8 @@ QString Summary(const GifResult& gif, const GifRequest& request) {
 
 /// Everything from the frames to the GIF. Done, or why not; nothing new stays in the latter case.
 std::optional<Failure> Make(const Options& options, const ControlValues& values,
-                            const std::stop_token& stop, Console& console) {
+                            const std::optional<Preset>& preset, const std::stop_token& stop,
+                            Console& console) {
     KeptFrames kept;
     if (!options.keepFrames.isEmpty()) {
         if (auto failure = kept.Open(options.keepFrames)) {
@@ -176,7 +215,18 @@ std::optional<Failure> Make(const Options& options, const ControlValues& values,
         }
         paths = *taken;
     }
-    const GifRequest request = RequestFor(options, values, paths);
+    auto edited = EditFrames(options, paths, HundredthsOf(OutputSettingsOf(values).delaySeconds),
+                             folder->Path(), stop, console);
+    if (stop.stop_requested()) {
+        return Stopped();
+    }
+    if (!edited) {
+        return edited.failure();
+    }
+    const GifRequest request = RequestFor(options, values, *std::move(edited));
+    if (auto failure = CheckForPreset(preset, request)) {
+        return failure;
+    }
     if (options.estimate) {
         return Estimate(request, stop, console);
     }
@@ -190,7 +240,7 @@ std::optional<Failure> Make(const Options& options, const ControlValues& values,
     kept.Keep();
     if (!options.keepFrames.isEmpty()) {
         console.Result(
-            QStringLiteral("%1: %2 frames kept").arg(options.keepFrames).arg(paths.size()));
+            Filled(QStringLiteral("%1: %2 frames kept"), options.keepFrames, paths.size()));
     }
     return std::nullopt;
 }
@@ -203,12 +253,12 @@ ExitCode Report(const Failure& failure, ExitCode code, Console& console) {
 }  // namespace
 
 ExitCode Convert(const Options& options, const std::stop_token& stop, Console& console) {
-    const auto start = StartValues(options);
+    const auto start = StartProfile(options);
     if (!start) {
         return Report(start.failure(), ExitCode::Failed, console);
     }
     // Mistakes in the settings are told before any file is opened.
-    if (const auto tried = ApplySettings(*start, options, {}); !tried) {
+    if (const auto tried = ApplySettings(start->values, options, {}); !tried) {
         return Report(tried.failure(), ExitCode::Usage, console);
     }
     if (auto failure = CheckTargets(options)) {
@@ -222,24 +272,40 @@ ExitCode Convert(const Options& options, const std::stop_token& stop, Console& c
         }
         look = *looked;
     }
-    const auto values = ApplySettings(*start, options, look.size);
+    auto values = ApplySettings(start->values, options, look.size);
     if (!values) {
         return Report(values.failure(), ExitCode::Usage, console);
+    }
+    const auto preset = ChosenPreset(options);
+    if (!preset) {
+        return Report(preset.failure(), ExitCode::Usage, console);
+    }
+    if (*preset) {
+        values = ApplyPreset(*values, **preset, options, look.size);
+        if (!values) {
+            return Report(values.failure(), ExitCode::Failed, console);
+        }
     }
     if (!options.sources.isEmpty()) {
         if (auto failure = CheckValues(*values, options, look)) {
             return Report(*failure, ExitCode::Failed, console);
         }
+        if (*preset && !options.findLoop) {
+            if (auto failure = CheckFrames(**preset, PlannedFrames(*values, options, look))) {
+                return Report(*failure, ExitCode::Failed, console);
+            }
+        }
     }
     if (!options.writeProfile.isEmpty()) {
-        if (const auto saved = SaveProfile(*values, options.writeProfile); !saved) {
+        const Profile used{*values, start->unknown};
+        if (const auto saved = SaveProfile(used, options.writeProfile); !saved) {
             return Report(saved.failure(), ExitCode::Failed, console);
         }
     }
     if (options.output.isEmpty() && options.keepFrames.isEmpty() && !options.estimate) {
         return ExitCode::Success;
     }
-    if (auto failure = Make(options, *values, stop, console)) {
+    if (auto failure = Make(options, *values, *preset, stop, console)) {
         return Report(*failure, ExitCode::Failed, console);
     }
     return ExitCode::Success;

@@ -1,22 +1,28 @@
 #include "cli/JobPlan.h"
 
-#include <QFile>
-#include <QFileInfo>
-#include <cmath>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <system_error>
+
+#include "cli/FrameEditing.h"
 #include "imaging/CropGeometry.h"
+#include "imaging/PixelLimits.h"
+#include "imaging/Words.h"
+#include "imaging/files/FileName.h"
 #include "settings/Assignment.h"
 #include "settings/CropResize.h"
 #include "settings/NumberText.h"
 #include "settings/SettingsRecords.h"
 #include "settings/ValueRules.h"
+#include "sources/Extraction.h"
 
 namespace lumirra {
 namespace {
 
 constexpr double kMostFrames = 100'000;
-constexpr double kLargestSide = 65535;  // of a GIF
-constexpr double kMostPixels = 100e6;   // of one frame
 
 Failure Invalid(const QString& message) {
     return {Failure::Kind::Invalid, message, {}};
@@ -62,6 +68,24 @@ ControlValues TakeDimensions(ControlValues values, const SetDimensions& set, Ima
     return values;
 }
 
+/// What an option asks for counts more than the setting of the same meaning.
+ControlValues WithOutputOptions(ControlValues values, const Options& options) {
+    if (options.quality) {
+        values.SetNumber(Control::SliderQuality, static_cast<float>(*options.quality));
+    }
+    if (options.maxBytes) {
+        values = WithMaxBytes(std::move(values), *options.maxBytes);
+    }
+    if (options.repeatForever || options.loopCount) {
+        values.SetOn(Control::CheckRepeatForever, options.repeatForever);
+    }
+    if (options.loopCount) {
+        values = CommitField(std::move(values), Control::TextFieldLoopCount,
+                             QString::number(*options.loopCount));
+    }
+    return values;
+}
+
 double FrameCount(const ExtractionSettings& settings, const Options& options, double duration) {
     if (!options.isVideo) {
         return static_cast<double>(options.sources.size());
@@ -70,7 +94,7 @@ double FrameCount(const ExtractionSettings& settings, const Options& options, do
     const double forward = settings.fixedNumber
                                ? static_cast<double>(settings.frameCount)
                                : std::ceil(duration * span / settings.intervalSeconds) + 1;
-    return settings.playModeIndex == 0 ? forward : 2 * forward - 1;
+    return settings.playMode == PlayMode::Forward ? forward : 2 * forward - 1;
 }
 
 ImageSize OutputSize(const ExtractionSettings& settings, const Options& options, ImageSize base) {
@@ -81,16 +105,16 @@ ImageSize OutputSize(const ExtractionSettings& settings, const Options& options,
                                        settings.resizePercent);
 }
 
-/// Pictures are sized by the percentage alone, each from its own crop.
-std::optional<Failure> CheckPictureDimensions(const ControlValues& values, ImageSize size) {
+/// What keeps no size of its own: pictures are sized by the percentage alone, each from its own
+/// crop, and a profile's reader works the dimensions out from it.
+std::optional<Failure> CheckShape(const ControlValues& values, ImageSize size, double tolerance,
+                                  const QString& what) {
     const OutputDimensions set = DimensionsIn(values);
-    if (std::abs(size.width - set.width) > 1 || std::abs(size.height - set.height) > 1) {
-        return Invalid(QStringLiteral("Pictures keep the shape of their crop and grow at most ten "
-                                      "times: %1x%2 cannot be made, %3x%4 could.")
-                           .arg(set.width)
-                           .arg(set.height)
-                           .arg(size.width)
-                           .arg(size.height));
+    if (std::abs(size.width - set.width) > tolerance ||
+        std::abs(size.height - set.height) > tolerance) {
+        return Invalid(
+            Filled(QStringLiteral("%1 the shape of the crop: %2x%3 cannot be made, %4x%5 could."),
+                   what, set.width, set.height, size.width, size.height));
     }
     return std::nullopt;
 }
@@ -99,30 +123,28 @@ bool SameFile(const QString& a, const QString& b) {
     if (a.isEmpty() || b.isEmpty()) {
         return false;
     }
-    const QFileInfo first(a);
-    const QFileInfo second(b);
-    if (first.exists() && second.exists()) {
-        return first.canonicalFilePath() == second.canonicalFilePath();
-    }
-    return QFileInfo(first.absolutePath()).canonicalFilePath() ==
-               QFileInfo(second.absolutePath()).canonicalFilePath() &&
-           first.fileName() == second.fileName();
+    const auto place = [](const QString& path) {
+        std::error_code ignored;
+        const std::filesystem::path name(FileBytes(path).toStdString());
+        return std::filesystem::weakly_canonical(std::filesystem::absolute(name, ignored), ignored);
+    };
+    return place(a) == place(b);
 }
 
 std::optional<Failure> CheckTarget(const QString& path, const Options& options) {
     const auto refuse = [&](const QString& text) {
         return Failure{Failure::Kind::NotWritable, text, path};
     };
-    const QFileInfo info(path);
-    const QFileInfo folder(info.absolutePath());
-    if (!folder.isDir()) {
+    const FileFacts there = FactsOf(path);
+    const QString folder = FolderOf(path);
+    if (!FactsOf(folder).isFolder) {
         return refuse(QStringLiteral("The folder of \"%1\" does not exist.").arg(path));
     }
     // A device or a pipe would be replaced by an ordinary file.
-    if (info.exists() && !info.isFile()) {
+    if (there.isThere && !there.isFile) {
         return refuse(QStringLiteral("\"%1\" is not an ordinary file.").arg(path));
     }
-    if (!folder.isWritable()) {
+    if (::access(FileBytes(folder).constData(), W_OK) != 0) {
         return refuse(QStringLiteral("The folder of \"%1\" cannot be written to.").arg(path));
     }
     for (const QString& source : options.sources) {
@@ -153,7 +175,47 @@ Outcome<ControlValues> ApplySettings(ControlValues values, const Options& option
             dimensions.height = text;
         }
     }
+    values = WithOutputOptions(std::move(values), options);
     return TakeDimensions(WithComputedDimensions(values, base), dimensions, base);
+}
+
+Outcome<ControlValues> ApplyPreset(ControlValues values, const Preset& preset,
+                                   const Options& options, ImageSize base) {
+    if (preset.maxBytes > 0 && !options.maxBytes) {
+        values = WithMaxBytes(std::move(values), preset.maxBytes);
+    }
+    const OutputDimensions dimensions = DimensionsIn(values);
+    const ImageSize size{static_cast<double>(dimensions.width),
+                         static_cast<double>(dimensions.height)};
+    const ImageSize fitting = FittingSize(preset, size);
+    if (fitting == size) {
+        return values;
+    }
+    const bool set = std::any_of(options.settings.begin(), options.settings.end(),
+                                 [](const auto& setting) { return IsDimension(setting.first); });
+    if (set) {
+        return Invalid(
+            Filled(QStringLiteral("%1 takes no %2x%3; %4x%5 would fit, as without the size."),
+                   preset.place, size.width, size.height, fitting.width, fitting.height));
+    }
+    return TypedDimension(std::move(values), Control::TextFieldDimensionsWidth,
+                          FixedText(fitting.width, 0), base, dimensions)
+        .values;
+}
+
+std::optional<Failure> CheckFrames(const Preset& preset, double frames) {
+    const int step = FittingStep(preset, static_cast<int>(frames));
+    if (step == 1) {
+        return std::nullopt;
+    }
+    return Invalid(
+        Filled(QStringLiteral("%1 takes at most %2 frames; these are %3. --every %4 would do."),
+               preset.place, preset.maxFrames, frames, step));
+}
+
+double PlannedFrames(const ControlValues& values, const Options& options, const SourceLook& look) {
+    return FramesAfterEditing(
+        options, FrameCount(ExtractionSettingsOf(values), options, look.durationSeconds));
 }
 
 std::optional<Failure> CheckValues(const ControlValues& values, const Options& options,
@@ -162,24 +224,29 @@ std::optional<Failure> CheckValues(const ControlValues& values, const Options& o
     const double frames = FrameCount(settings, options, look.durationSeconds);
     if (!(frames <= kMostFrames)) {
         return Invalid(
-            QStringLiteral("These settings would make %1 frames; at most %2 can be made.")
-                .arg(frames, 0, 'g', 6)
-                .arg(kMostFrames, 0, 'f', 0));
+            Filled(QStringLiteral("These settings would make %1 frames; at most %2 can be made."),
+                   QString::number(frames, 'g', 6), QString::number(kMostFrames, 'f', 0)));
     }
     const ImageSize size = OutputSize(settings, options, look.size);
     if (!(size.width >= 1 && size.height >= 1)) {
-        return Invalid(QStringLiteral("The output size of %1x%2 has no area: mend the crop or the "
-                                      "resize percentage.")
-                           .arg(size.width)
-                           .arg(size.height));
+        return Invalid(
+            Filled(QStringLiteral("The output size of %1x%2 has no area: mend the crop or the "
+                                  "resize percentage."),
+                   size.width, size.height));
     }
-    if (size.width > kLargestSide || size.height > kLargestSide ||
-        size.width * size.height > kMostPixels) {
-        return Invalid(QStringLiteral("The output size of %1x%2 is too large for a GIF.")
-                           .arg(size.width, 0, 'f', 0)
-                           .arg(size.height, 0, 'f', 0));
+    if (!IsFrameSize(size.width, size.height)) {
+        return FrameTooLarge(size);
     }
-    return options.isVideo ? std::nullopt : CheckPictureDimensions(values, size);
+    if (!options.isVideo) {
+        return CheckShape(values, size, 1, QStringLiteral("Pictures keep"));
+    }
+    if (!options.writeProfile.isEmpty()) {
+        const OutputDimensions read = DimensionsIn(UpdateCropResizeGeometry(values, look.size));
+        return CheckShape(values,
+                          {static_cast<double>(read.width), static_cast<double>(read.height)}, 0,
+                          QStringLiteral("A profile keeps"));
+    }
+    return std::nullopt;
 }
 
 std::optional<Failure> CheckTargets(const Options& options) {

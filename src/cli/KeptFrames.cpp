@@ -1,20 +1,70 @@
 #include "cli/KeptFrames.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include "imaging/Words.h"
+#include "imaging/files/FileName.h"
+#include "imaging/files/FileReplacement.h"
+#include "imaging/files/SystemReason.h"
 
 namespace lumirra {
+namespace {
+
+/// Beyond the file system that it is on a file cannot be moved, only copied.
+Outcome<Done> Move(const QString& path, const QString& target) {
+    if (std::rename(FileBytes(path).constData(), FileBytes(target).constData()) == 0) {
+        return Done{};
+    }
+    if (errno != EXDEV) {
+        return WriteFailure(target, SystemReason(errno));
+    }
+    auto copied = ReplaceByCopy(target, path, FileKind::UsersOwn);
+    if (copied) {
+        ::unlink(FileBytes(path).constData());
+    }
+    return copied;
+}
+
+bool HoldsFrames(const QString& folder) {
+    std::error_code error;  // a folder that is not there has no entries
+    for (std::filesystem::directory_iterator entry(FileBytes(folder).toStdString(), error), end;
+         !error && entry != end; entry.increment(error)) {
+        const std::string name = entry->path().filename().native();
+        if (name.starts_with("frame") && name.ends_with(".png")) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
 
 KeptFrames::~KeptFrames() {
+    Remove();
+}
+
+void KeptFrames::Keep() {
+    const std::scoped_lock lock(mutex_);
+    kept_ = true;
+}
+
+void KeptFrames::Remove() const {
+    const std::scoped_lock lock(mutex_);
     if (kept_) {
         return;
     }
     for (const QString& path : taken_) {
-        QFile::remove(path);
+        ::unlink(FileBytes(path).constData());
     }
     if (made_) {
-        QDir().rmdir(folder_);
+        ::rmdir(FileBytes(folder_).constData());
     }
 }
 
@@ -22,21 +72,21 @@ std::optional<Failure> KeptFrames::Open(const QString& folder) {
     const auto refuse = [&](const QString& text) {
         return Failure{Failure::Kind::NotWritable, text.arg(folder), folder};
     };
-    const QFileInfo info(folder);
-    if (info.exists() && !info.isDir()) {
+    const FileFacts there = FactsOf(folder);
+    if (there.isThere && !there.isFolder) {
         return refuse(QStringLiteral("\"%1\" is not a folder, so no frames can be kept there."));
     }
-    const QStringList frames{QStringLiteral("frame*.png")};
-    if (!QDir(folder).entryList(frames, QDir::Files).isEmpty()) {
+    if (HoldsFrames(folder)) {
         return refuse(QStringLiteral("\"%1\" already has frames in it; give an empty folder."));
     }
     folder_ = folder;
-    made_ = !info.exists();
-    if (made_ && !QDir().mkdir(folder)) {
+    made_ = !there.isThere;
+    if (made_ && ::mkdir(FileBytes(folder).constData(), 0777) != 0) {
         made_ = false;
-        return refuse(QStringLiteral("The folder \"%1\" could not be made."));
+        return refuse(QStringLiteral("The folder \"%1\" could not be made: ") +
+                      SystemReason(errno) + QLatin1Char('.'));
     }
-    if (!QFileInfo(folder).isWritable()) {
+    if (::access(FileBytes(folder).constData(), W_OK) != 0) {
         return refuse(QStringLiteral("The folder \"%1\" cannot be written to."));
     }
     return std::nullopt;
@@ -44,13 +94,12 @@ std::optional<Failure> KeptFrames::Open(const QString& folder) {
 
 Outcome<QStringList> KeptFrames::Take(const QStringList& framePaths) {
     for (const QString& path : framePaths) {
-        const QString target = QStringLiteral("%1/frame%2.png")
-                                   .arg(folder_)
-                                   .arg(taken_.size() + 1, 5, 10, QLatin1Char('0'));
-        if (!QFile::rename(path, target)) {
-            return Failure{Failure::Kind::NotWritable,
-                           QStringLiteral("The frame \"%1\" could not be written.").arg(target),
-                           target};
+        const QString target =
+            Filled(QStringLiteral("%1/frame%2.png"), folder_,
+                   QString::number(taken_.size() + 1).rightJustified(5, QLatin1Char('0')));
+        const std::scoped_lock lock(mutex_);
+        if (auto moved = Move(path, target); !moved) {
+            return moved.failure();
         }
         taken_ << target;
     }

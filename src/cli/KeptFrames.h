@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QStringList>
+#include <mutex>
 #include <optional>
 
 #include "imaging/Outcome.h"
+#include "imaging/process/SuddenEnd.h"
 
 namespace lumirra {
 
@@ -21,13 +23,17 @@ class KeptFrames {
     std::optional<Failure> Open(const QString& folder);
     /// Moves the frames there as "frame00001.png" ...; gives their new paths.
     Outcome<QStringList> Take(const QStringList& framePaths);
-    void Keep() { kept_ = true; }
+    void Keep();
 
   private:
+    void Remove() const;
+
     QString folder_;
     bool made_ = false;
     bool kept_ = false;
+    mutable std::mutex mutex_;  ///< of what was taken
     QStringList taken_;
+    AtSuddenEnd atSuddenEnd_{[this] { Remove(); }};
 };
 
 }  // namespace lumirra

@@ -3,9 +3,13 @@
 #include <QCommandLineParser>
 #include <QLocale>
 #include <algorithm>
+#include <cmath>
 
+#include "cli/OptionTable.h"
+#include "imaging/Words.h"
+#include "settings/Control.h"
 #include "settings/NumberText.h"
-#include "sources/StillReader.h"
+#include "sources/SourceKinds.h"
 
 namespace lumirra {
 namespace {
@@ -17,30 +21,13 @@ Failure Usage(const QString& message) {
 }
 
 void AddOptions(QCommandLineParser& parser) {
-    const auto add = [&](const QStringList& names, const char* valueName = nullptr) {
-        parser.addOption(valueName == nullptr
-                             ? QCommandLineOption(names)
-                             : QCommandLineOption(names, {}, QLatin1String(valueName)));
-    };
-    add({QStringLiteral("o"), QStringLiteral("output")}, "FILE");
-    add({QStringLiteral("p"), QStringLiteral("profile")}, "FILE");
-    add({QStringLiteral("s"), QStringLiteral("set")}, "NAME=VALUE");
-    add({QStringLiteral("start")}, "P");
-    add({QStringLiteral("end")}, "P");
-    add({QStringLiteral("fit")}, "MODE");
-    add({QStringLiteral("quality")}, "N");
-    add({QStringLiteral("max-size")}, "SIZE");
-    add({QStringLiteral("loop")}, "TIMES");
-    add({QStringLiteral("estimate")});
-    add({QStringLiteral("keep-frames")}, "DIR");
-    add({QStringLiteral("write-profile")}, "FILE");
-    add({QStringLiteral("list-settings")});
-    add({QStringLiteral("info")}, "SOURCE");
-    add({QStringLiteral("json")});
-    add({QStringLiteral("threads")}, "N");
-    add({QStringLiteral("q"), QStringLiteral("quiet")});
-    add({QStringLiteral("version")});
-    add({QStringLiteral("h"), QStringLiteral("help")});
+    for (const OptionRow& row : OptionTable()) {
+        QStringList names{QLatin1String(row.name)};
+        if (row.letter != 0) {
+            names << QString(QLatin1Char(row.letter));
+        }
+        parser.addOption(QCommandLineOption(names, {}, QLatin1String(row.value)));
+    }
 }
 
 /// The value of an option that may be given once; empty when it is absent.
@@ -60,11 +47,11 @@ struct TextOption {
     const char* name;
     QString Options::*target;
 };
-constexpr TextOption kTextOptions[] = {{"output", &Options::output},
-                                       {"profile", &Options::profile},
-                                       {"keep-frames", &Options::keepFrames},
-                                       {"write-profile", &Options::writeProfile},
-                                       {"info", &Options::infoSource}};
+constexpr TextOption kTextOptions[] = {
+    {"output", &Options::output},          {"profile", &Options::profile},
+    {"keep-frames", &Options::keepFrames}, {"write-profile", &Options::writeProfile},
+    {"info", &Options::infoSource},        {"preset", &Options::preset},
+    {"delays", &Options::delays}};
 
 std::optional<Failure> TakeTexts(Options& options, const QCommandLineParser& parser) {
     for (const TextOption& option : kTextOptions) {
@@ -132,34 +119,100 @@ std::optional<Failure> TakeFit(Options& options, const QCommandLineParser& parse
     return std::nullopt;
 }
 
-/// A whole number within limits; `number` stays as it is when the option is absent.
-std::optional<Failure> TakeWhole(int& number, const QCommandLineParser& parser, const char* name,
-                                 long long least, long long most) {
+/// A whole number within limits; absent when the option is.
+Outcome<std::optional<int>> Whole(const QCommandLineParser& parser, const char* name,
+                                  long long least, long long most) {
     const auto text = Single(parser, name);
     if (!text) {
         return text.failure();
     }
     if (text->isEmpty()) {
-        return std::nullopt;
+        return std::optional<int>();
     }
     const auto value = ParseInteger(*text);
     if (!value || *value < least || *value > most) {
-        return Usage(QStringLiteral("--%1 takes a whole number from %2 to %3, not \"%4\".")
-                         .arg(QLatin1String(name))
-                         .arg(least)
-                         .arg(most)
-                         .arg(*text));
+        return Usage(Filled(QStringLiteral("--%1 takes a whole number from %2 to %3, not \"%4\"."),
+                            QLatin1String(name), least, most, *text));
     }
-    number = static_cast<int>(*value);
-    return std::nullopt;
+    return std::optional(static_cast<int>(*value));
 }
 
 std::optional<Failure> TakeThreads(Options& options, const QCommandLineParser& parser) {
-    return TakeWhole(options.threads, parser, "threads", 1, kMostThreads);
+    const auto threads = Whole(parser, "threads", 1, kMostThreads);
+    if (!threads) {
+        return threads.failure();
+    }
+    options.threads = threads->value_or(options.threads);
+    return std::nullopt;
 }
 
 std::optional<Failure> TakeQuality(Options& options, const QCommandLineParser& parser) {
-    return TakeWhole(options.quality, parser, "quality", 1, 100);
+    const ControlRow& row = RowOf(Control::SliderQuality);
+    const auto quality =
+        Whole(parser, "quality", std::llround(row.minimum), std::llround(row.maximum));
+    if (!quality) {
+        return quality.failure();
+    }
+    options.quality = *quality;
+    return std::nullopt;
+}
+
+/// A number within limits; absent when the option is.
+Outcome<std::optional<double>> Number(const QCommandLineParser& parser, const char* name,
+                                      double least, double most) {
+    const auto text = Single(parser, name);
+    if (!text) {
+        return text.failure();
+    }
+    if (text->isEmpty()) {
+        return std::optional<double>();
+    }
+    bool isNumber = false;
+    const double value = QLocale::c().toDouble(*text, &isNumber);
+    if (!isNumber || !(value >= least && value <= most)) {
+        return Usage(
+            QStringLiteral("--%1 takes a number from %2 to %3, not \"%4\".")
+                .arg(QLatin1String(name), QString::number(least), QString::number(most), *text));
+    }
+    return std::optional(value);
+}
+
+/// What takes place between the frames and the GIF.
+std::optional<Failure> TakeEditing(Options& options, const QCommandLineParser& parser) {
+    constexpr int kMostFrames = 100'000;
+    constexpr double kLongestSeconds = 655.35;
+    options.reverse = parser.isSet(QStringLiteral("reverse"));
+    options.bounce = parser.isSet(QStringLiteral("bounce"));
+    options.findLoop = parser.isSet(QStringLiteral("find-loop"));
+    const auto every = Whole(parser, "every", 1, kMostFrames);
+    const auto crossFade = Whole(parser, "crossfade", 1, kMostFrames);
+    const auto speed = Number(parser, "speed", 0.01, 100);
+    const auto last = Number(parser, "delay-last", 0.01, kLongestSeconds);
+    const auto least = Number(parser, "min-loop", 0.01, kMostFrames);
+    for (const auto* whole : {&every, &crossFade}) {
+        if (!*whole) {
+            return whole->failure();
+        }
+    }
+    for (const auto* number : {&speed, &last, &least}) {
+        if (!*number) {
+            return number->failure();
+        }
+    }
+    options.every = *every;
+    options.crossFade = *crossFade;
+    options.speed = *speed;
+    options.delayLast = *last;
+    options.loopSeconds = (*least).value_or(options.loopSeconds);
+    if (*least && !options.findLoop) {
+        return Usage(QStringLiteral("--min-loop goes with --find-loop."));
+    }
+    if (options.bounce && (options.findLoop || options.crossFade)) {
+        return Usage(
+            QStringLiteral("--bounce runs back to the start, so --find-loop and "
+                           "--crossfade make no sense with it."));
+    }
+    return std::nullopt;
 }
 
 /// Bytes of "800000", "800K", "8M", "1.5MB"; nothing when it is no size.
@@ -176,11 +229,12 @@ std::optional<long long> ParseSize(QString text) {
             break;
         }
     }
-    constexpr double kMost = 1e15;
+    constexpr double kMegabyte = 1e6;
+    const ControlRow& row = RowOf(Control::FieldMaxSize);
     bool isNumber = false;
     const double bytes = QLocale::c().toDouble(text, &isNumber) * unit;
     // Not a number fails both.
-    if (!isNumber || !(bytes >= 1 && bytes <= kMost)) {
+    if (!isNumber || !(bytes >= row.minimum * kMegabyte && bytes <= row.maximum * kMegabyte)) {
         return std::nullopt;
     }
     return static_cast<long long>(bytes);
@@ -196,7 +250,8 @@ std::optional<Failure> TakeMaxSize(Options& options, const QCommandLineParser& p
     }
     const auto bytes = ParseSize(*text);
     if (!bytes) {
-        return Usage(QStringLiteral("--max-size takes a size such as 800K, 8M or 1.5M, not \"%1\".")
+        return Usage(QStringLiteral("--max-size takes a size from 1K to 100G, such as 800K, 8M or "
+                                    "1.5M, not \"%1\".")
                          .arg(*text));
     }
     options.maxBytes = *bytes;
@@ -204,24 +259,22 @@ std::optional<Failure> TakeMaxSize(Options& options, const QCommandLineParser& p
 }
 
 std::optional<Failure> TakeLoop(Options& options, const QCommandLineParser& parser) {
-    constexpr long long kMostLoops = 65535;
     const auto text = Single(parser, "loop");
     if (!text) {
         return text.failure();
     }
+    const double most = RowOf(Control::TextFieldLoopCount).maximum;
     const auto number = ParseInteger(*text);
     if (*text == QLatin1String("forever")) {
-        options.loop = Options::Loop::Forever;
+        options.repeatForever = true;
     } else if (*text == QLatin1String("once")) {
-        options.loop = Options::Loop::Count;
-    } else if (number && *number >= 1 && *number <= kMostLoops) {
-        options.loop = Options::Loop::Count;
+        options.loopCount = 0;
+    } else if (number && *number >= 1 && static_cast<double>(*number) <= most) {
         options.loopCount = static_cast<int>(*number);
     } else if (!text->isEmpty()) {
         return Usage(
             QStringLiteral("--loop takes forever, once or a number from 1 to %1, not \"%2\".")
-                .arg(kMostLoops)
-                .arg(*text));
+                .arg(FixedText(most, 0), *text));
     }
     return std::nullopt;
 }
@@ -231,8 +284,13 @@ std::optional<Failure> TakeSources(Options& options, const QCommandLineParser& p
     if (options.sources.contains(QString())) {
         return Usage(QStringLiteral("A source has an empty name."));
     }
-    const auto videos = std::count_if(options.sources.cbegin(), options.sources.cend(),
-                                      [](const QString& path) { return !IsPicture(path); });
+    int videos = 0;
+    int pictures = 0;
+    for (const QString& path : std::as_const(options.sources)) {
+        if (const auto kind = ProbeSource(path)) {  // the others are told of when they are read
+            ++(*kind == SourceKind::Video ? videos : pictures);
+        }
+    }
     options.isVideo = videos > 0;
     if (videos > 1) {
         return Usage(QStringLiteral("Only one video can be made into a GIF at a time."));
@@ -242,7 +300,7 @@ std::optional<Failure> TakeSources(Options& options, const QCommandLineParser& p
     }
     const bool marked =
         parser.isSet(QStringLiteral("start")) || parser.isSet(QStringLiteral("end"));
-    if (marked && videos == 0) {
+    if (marked && videos == 0 && pictures > 0) {
         return Usage(QStringLiteral("--start and --end need a video."));
     }
     return std::nullopt;
@@ -251,6 +309,22 @@ std::optional<Failure> TakeSources(Options& options, const QCommandLineParser& p
 std::optional<Failure> CheckWork(const Options& options) {
     if (options.estimate && !options.keepFrames.isEmpty()) {
         return Usage(QStringLiteral("--estimate keeps no frames; leave --keep-frames out."));
+    }
+    const bool sized =
+        std::any_of(options.settings.cbegin(), options.settings.cend(), [](const auto& setting) {
+            const auto control = ControlByName(setting.first);
+            return control == Control::TextFieldDimensionsWidth ||
+                   control == Control::TextFieldDimensionsHeight;
+        });
+    if (sized && options.sources.isEmpty()) {
+        return Usage(QStringLiteral(
+            "An output size needs a source; a profile alone holds textFieldResizeTo."));
+    }
+    const bool edits = options.reverse || options.bounce || options.findLoop || options.every ||
+                       options.crossFade || options.speed || options.delayLast ||
+                       !options.delays.isEmpty();
+    if (edits && options.output.isEmpty() && !options.estimate) {
+        return Usage(QStringLiteral("Order and delays of the frames need a GIF: -o FILE."));
     }
     const bool makes =
         !options.output.isEmpty() || !options.keepFrames.isEmpty() || options.estimate;
@@ -271,6 +345,7 @@ Options::Action ActionOf(const QCommandLineParser& parser) {
     const std::pair<const char*, Action> actions[] = {{"help", Action::Help},
                                                       {"version", Action::Version},
                                                       {"list-settings", Action::ListSettings},
+                                                      {"list-presets", Action::ListPresets},
                                                       {"info", Action::Info}};
     for (const auto& [name, action] : actions) {
         if (parser.isSet(QLatin1String(name))) {
@@ -295,7 +370,7 @@ Outcome<Options> ParseOptions(const QStringList& arguments) {
     options.quiet = parser.isSet(QStringLiteral("quiet"));
     options.estimate = parser.isSet(QStringLiteral("estimate"));
     for (const auto take : {TakeTexts, TakeSettings, TakeMarkers, TakeFit, TakeQuality, TakeMaxSize,
-                            TakeLoop, TakeThreads}) {
+                            TakeLoop, TakeEditing, TakeThreads}) {
         if (auto failure = take(options, parser)) {
             return *failure;
         }
@@ -313,46 +388,6 @@ Outcome<Options> ParseOptions(const QStringList& arguments) {
         return *failure;
     }
     return options;
-}
-
-QString HelpText() {
-    return QStringLiteral(R"(Makes an animated GIF of a video or of pictures.
-
-usage: lumirra-cli [options] SOURCE... -o OUT.gif
-
-  SOURCE                one video, or one or more pictures in order
-  -o, --output FILE     the GIF (replaced only when complete); may be left out with
-                        --keep-frames
-  -p, --profile FILE    settings from a profile
-  -s, --set NAME=VALUE  one setting, after the profile; may be given several times:
-                        sliderBrightness=0.2, checkCartoon=1, comboTextPosition=Center,
-                        textFieldText="Hello", colorWellTextColor=#ffcc00 ...
-                        textFieldDimensionsWidth or ...Height sets the output size: the
-                        other one follows, unless both are given
-  --start P, --end P    the part of the video to use, as fractions (0 and 1)
-  --fit center|crop     how frames of different sizes are brought together (center)
-  --quality N           1 to 100: fewer bytes below, fewer errors above (90)
-  --max-size SIZE       at most so many bytes: 800K, 8M, 1.5M (1M is 1,000,000 bytes). The
-                        quality is lowered as far as needed, never frames or picture size;
-                        the frames are encoded two or three times
-  --loop TIMES          forever, once, or a number for the file's loop field; without it the
-                        setting textFieldLoopCount rules. Most viewers play a file without
-                        the field (once) one time only
-  --estimate            print about how large the GIF would be, in a quarter of the time that
-                        encoding takes or less; nothing is written
-  --keep-frames DIR     also leave the frames in DIR as frame00001.png, frame00002.png ...
-  --write-profile FILE  write the settings in force as a profile
-  --list-settings       print all settings: name, kind, range, initial value, what it does
-  --info SOURCE         print size, duration, frame rate, rotation and colour
-  --json                --info for scripts
-  --threads N           how many cores to use (all); the result is the same
-  -q, --quiet           print nothing but warnings and errors
-  --version             print the version
-  -h, --help            print this
-
-Exit status: 0 done, 1 failed (the reason is on standard error; an old OUT.gif is as it was),
-2 wrong usage.
-)");
 }
 
 }  // namespace lumirra

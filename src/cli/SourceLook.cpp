@@ -1,11 +1,13 @@
 #include "cli/SourceLook.h"
 
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <utility>
 
+#include "imaging/PixelLimits.h"
+#include "imaging/Words.h"
 #include "settings/NumberText.h"
+#include "sources/SourceKinds.h"
 #include "sources/StillReader.h"
 #include "sources/VideoReader.h"
 #include "sources/VideoTools.h"
@@ -13,23 +15,10 @@
 namespace lumirra {
 namespace {
 
-std::optional<Failure> NotAFile(const QString& path) {
-    const QFileInfo info(path);
-    if (!info.exists()) {
-        return Failure{Failure::Kind::NotFound,
-                       QStringLiteral("There is no file \"%1\".").arg(path), path};
-    }
-    if (info.isDir()) {
-        return Failure{Failure::Kind::Unsupported,
-                       QStringLiteral("\"%1\" is a folder; give a video or pictures.").arg(path),
-                       path};
-    }
-    // A pipe or a device might never come to an end.
-    if (!info.isFile()) {
-        return Failure{Failure::Kind::Unsupported,
-                       QStringLiteral("\"%1\" is not an ordinary file.").arg(path), path};
-    }
-    return std::nullopt;
+Failure ProblemOf(const SourceImage& source, const QString& path) {
+    const Failure unknown{Failure::Kind::Unreadable,
+                          QStringLiteral("\"%1\" cannot be read.").arg(path), path};
+    return source.problem.value_or(unknown);
 }
 
 Outcome<SourceLook> LookAtVideo(const QString& path) {
@@ -40,14 +29,14 @@ Outcome<SourceLook> LookAtVideo(const QString& path) {
     VideoReader reader = *std::move(opened);
     const VideoInfo& info = reader.Info();
     if (!info.decodable) {
-        return *reader.At(0).problem;  // every position is white, and says why
+        return ProblemOf(reader.At(0), path);  // every position is white, and says why
     }
     return SourceLook{{static_cast<double>(info.shownWidth), static_cast<double>(info.shownHeight)},
                       info.durationSeconds};
 }
 
 QString Size(int width, int height) {
-    return QStringLiteral("%1x%2").arg(width).arg(height);
+    return Filled(QStringLiteral("%1x%2"), width, height);
 }
 
 QString Yes(bool value) {
@@ -77,7 +66,7 @@ QString VideoAsText(const QString& path, const VideoInfo& info) {
                    {QStringLiteral("Size"), Size(info.shownWidth, info.shownHeight)},
                    {QStringLiteral("Stored size"), Size(info.storedWidth, info.storedHeight)},
                    {QStringLiteral("Rotation"),
-                    QStringLiteral("%1 degrees clockwise").arg(info.rotationDegrees)},
+                    QStringLiteral("%1 degrees clockwise").arg(90 * info.display.quarterTurns)},
                    {QStringLiteral("Duration"),
                     VideoTools::TimeLabel(info.durationSeconds) +
                         QStringLiteral(" (%1 s)").arg(FixedText(info.durationSeconds, 3))},
@@ -98,7 +87,7 @@ QString VideoAsJson(const QString& path, const VideoInfo& info) {
                    {QStringLiteral("height"), info.shownHeight},
                    {QStringLiteral("storedWidth"), info.storedWidth},
                    {QStringLiteral("storedHeight"), info.storedHeight},
-                   {QStringLiteral("rotationDegrees"), info.rotationDegrees},
+                   {QStringLiteral("rotationDegrees"), 90 * info.display.quarterTurns},
                    {QStringLiteral("durationSeconds"), info.durationSeconds},
                    {QStringLiteral("framesPerSecond"), info.framesPerSecond},
                    {QStringLiteral("pixelFormat"), info.pixelFormat},
@@ -121,7 +110,7 @@ Outcome<QString> DescribeVideo(const QString& path, bool json) {
 Outcome<QString> DescribePicture(const QString& path, bool json) {
     const SourceImage source = ReadStill(path);
     if (source.image.isNull()) {
-        return *source.problem;
+        return ProblemOf(source, path);
     }
     const QString problem = source.problem ? source.problem->message : QString();
     const ImageSize stored = ImageTools::PixelSize(path).value_or(ImageSize{
@@ -148,32 +137,34 @@ Outcome<QString> DescribePicture(const QString& path, bool json) {
 }  // namespace
 
 Outcome<SourceLook> LookAt(const QStringList& sources, bool isVideo) {
-    for (const QString& path : sources) {
-        if (auto failure = NotAFile(path)) {
-            return *failure;
-        }
-    }
     if (isVideo) {
         return LookAtVideo(sources.front());
     }
     std::optional<Failure> first;
     for (const QString& path : sources) {
-        const SourceImage source = ReadStill(path);
+        // So large a picture is not read before it is known that something can be made of it.
+        const auto size = ImageTools::PixelSize(path);
+        if (size && !IsFrameSize(size->width, size->height) &&
+            size->width * size->height <= static_cast<double>(kMaxSourcePixels)) {
+            return SourceLook{*size, 0};
+        }
+        const SourceImage source = VideoTools::ReadImageAtPosition(path, 0);
         if (!source.image.isNull()) {
             return SourceLook{{static_cast<double>(source.image.width()),
                                static_cast<double>(source.image.height())},
                               0};
         }
-        first = first ? first : source.problem;
+        first = first ? *first : ProblemOf(source, path);
     }
     return *first;
 }
 
 Outcome<QString> DescribeSource(const QString& path, bool json) {
-    if (auto failure = NotAFile(path)) {
-        return *failure;
+    const auto kind = ProbeSource(path);
+    if (!kind) {
+        return kind.failure();
     }
-    return IsPicture(path) ? DescribePicture(path, json) : DescribeVideo(path, json);
+    return *kind == SourceKind::Video ? DescribeVideo(path, json) : DescribePicture(path, json);
 }
 
 }  // namespace lumirra

@@ -1,6 +1,5 @@
 #include "imaging/Caption.h"
 
-#include <QFontDatabase>
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -12,21 +11,11 @@
 
 namespace lumirra::ImageTools {
 
-QString FontNameForIndex(int index) {
-    const QStringList& names = CaptionFontNames();
-    if (index < 0 || index >= names.size()) {
-        return {};
-    }
-    const QStringList installed = QFontDatabase::families();
-    return installed.isEmpty() || installed.contains(names[index]) ? names[index]
-                                                                   : installed.first();
-}
-
 QImage RenderTextLayer(int width, int height, const CaptionStyle& style) {
-    QImage layer(width, height, QImage::Format_RGBA8888);
-    if (layer.isNull()) {
+    if (width < 1 || height < 1) {
         return {};
     }
+    QImage layer = NewPicture({width, height}, QImage::Format_RGBA8888);
     layer.fill(Qt::transparent);
     const CaptionBlock block = PaintCaption(width, height, style);
     for (int y = 0; y < block.pixels.height(); ++y) {
@@ -47,7 +36,7 @@ QImage DrawTextOverlay(const QImage& image, const CaptionStyle& style, float opa
         return result;
     }
     const float mix = std::min(opacity, 1.0F);
-    std::uint8_t* const corner = result.bits() + block.topLeft.y() * result.bytesPerLine() +
+    std::uint8_t* const corner = OwnPixels(result) + block.topLeft.y() * result.bytesPerLine() +
                                  qsizetype{4} * block.topLeft.x();
     const qsizetype stride = result.bytesPerLine();
     // Outside the block the layer is transparent, which leaves the picture as it is.

@@ -2,25 +2,18 @@
 
 #include <QImage>
 #include <QString>
-#include <QStringList>
 
 #include "imaging/EffectSettings.h"
 
 namespace lumirra::ImageTools {
 
-/// The twenty caption families, in the order of the pop-up.
-const QStringList& CaptionFontNames();
-
-/// The name of that index when the family is installed, else the first installed family; empty for
-/// an index outside 0..19. Needs a QGuiApplication.
-QString FontNameForIndex(int index);
-
 struct CaptionStyle {
     QString text;
-    QString fontName;
+    QString fontName;     ///< a family
+    QString fontStyle;    ///< "Bold Italic"; empty: the regular one
     float fontSize = 80;  ///< pixels
     TextColor color;
-    int positionIndex = 0;
+    CaptionPosition position = CaptionPosition::BottomLeft;
     float xOffset = 0;
     float yOffset = 0;
     bool shadowOn = false;

@@ -6,18 +6,18 @@
 
 namespace lumirra::ImageTools {
 
-ImageRect AspectCropRect(double width, double height, int aspectIndex) {
+ImageRect AspectCropRect(double width, double height, AspectRatio aspect) {
     constexpr std::array<double, 4> kRatios = {1.0, 4.0 / 3.0, 3.0 / 2.0, 16.0 / 9.0};
-    if (aspectIndex < 0 || aspectIndex >= static_cast<int>(kRatios.size()) || !(width > 0) ||
-        !(height > 0)) {
+    const auto index = static_cast<std::size_t>(aspect);
+    if (index >= kRatios.size() || !(width > 0) || !(height > 0)) {
         return {};
     }
     const bool portrait = static_cast<float>(width / height) < 1.0F;
-    if (aspectIndex == 0) {
+    if (aspect == AspectRatio::Square) {
         return portrait ? ImageRect{0, (height - width) / 2, width, width}
                         : ImageRect{(width - height) / 2, 0, height, height};
     }
-    const double landscapeRatio = kRatios[static_cast<std::size_t>(aspectIndex)];
+    const double landscapeRatio = kRatios[index];
     const double ratio = portrait ? 1.0 / landscapeRatio : landscapeRatio;
     const double fullHeightWidth = height * ratio;
     if (fullHeightWidth <= width) {
@@ -27,24 +27,23 @@ ImageRect AspectCropRect(double width, double height, int aspectIndex) {
     return {0, (height - fullWidthHeight) / 2, width, fullWidthHeight};
 }
 
-ImageRect CustomCropRect(double width, double height, int unit, float x, float y, float cropWidth,
-                         float cropHeight) {
+ImageRect CustomCropRect(double width, double height, CropUnit unit, float x, float y,
+                         float cropWidth, float cropHeight) {
     const auto w = static_cast<float>(width);
     const auto h = static_cast<float>(height);
     switch (unit) {
-        case 0:
+        case CropUnit::Percent:
             return {x * w / 100.0F, y * h / 100.0F, cropWidth * w / 100.0F,
                     cropHeight * h / 100.0F};
-        case 1:
+        case CropUnit::Pixels:
             return {x, y, cropWidth, cropHeight};
-        default:
-            return {};
     }
+    return {};
 }
 
 ImageRect CropRectForImage(double width, double height, const EffectSettings& settings) {
     if (settings.autoCropOn) {
-        return AspectCropRect(width, height, settings.aspectRatioIndex);
+        return AspectCropRect(width, height, settings.aspectRatio);
     }
     if (settings.customCropOn) {
         return CustomCropRect(width, height, settings.customCropUnit, settings.cropX,

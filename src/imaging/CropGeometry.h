@@ -7,14 +7,12 @@ namespace lumirra::ImageTools {
 
 // Pure functions, any thread.
 
-/// The largest centred rectangle of aspect ratio 1:1, 4:3, 3:2 or 16:9 (index 0..3; turned for a
-/// picture higher than wide). Any other index gives the empty rectangle.
-ImageRect AspectCropRect(double width, double height, int aspectIndex);
+/// The largest centred rectangle of that ratio. A number that names none gives the empty rectangle.
+ImageRect AspectCropRect(double width, double height, AspectRatio ratio);
 
-/// Unit 0: per cent of width and height (single precision products); unit 1: pixels; any other unit
-/// gives the empty rectangle.
-ImageRect CustomCropRect(double width, double height, int unit, float x, float y, float cropWidth,
-                         float cropHeight);
+/// Per cent in single precision products. A number that names no unit gives the empty rectangle.
+ImageRect CustomCropRect(double width, double height, CropUnit unit, float x, float y,
+                         float cropWidth, float cropHeight);
 
 /// By the crop that is on; automatic before custom; the empty rectangle when none is.
 ImageRect CropRectForImage(double width, double height, const EffectSettings& settings);

@@ -8,6 +8,7 @@
 
 #include "imaging/CropGeometry.h"
 #include "imaging/PictureFormat.h"
+#include "imaging/PixelLimits.h"
 #include "imaging/RowBands.h"
 #include "imaging/kernels/Resample.h"
 
@@ -31,10 +32,7 @@ bool IsOpaque(const QImage& rgba) {
 }
 
 QImage Resample(const QImage& source, int width, int height, int threads) {
-    QImage target(width, height, QImage::Format_RGBA8888);
-    if (target.isNull()) {
-        return {};
-    }
+    QImage target = NewPicture({width, height}, QImage::Format_RGBA8888);
     const ResampleWeights across = MakeResampleWeights(source.width(), width);
     const ResampleWeights down = MakeResampleWeights(source.height(), height);
     const bool opaque = IsOpaque(source);
@@ -81,17 +79,18 @@ QRect WholePixelCrop(const ImageRect& rect, int width, int height) {
 QImage CropImage(const QImage& image, const ImageRect& rect) {
     const QRect crop = WholePixelCrop(rect, image.width(), image.height());
     const QImage source = AsRgba8888(image);
-    return crop.isEmpty() || crop == source.rect() ? source : source.copy(crop);
+    return crop.isEmpty() || source.isNull() || crop == source.rect() ? source
+                                                                      : Made(source.copy(crop));
 }
 
 QImage DrawScaled(const QImage& image, double width, double height, int threads) {
-    if (image.isNull() || !(width >= 1) || !(height >= 1) || !(width < kMaxSide + 1.0) ||
-        !(height < kMaxSide + 1.0)) {
+    if (image.isNull() || !(width >= 1) || !(height >= 1) || !(width < kMaxFrameSide + 1.0) ||
+        !(height < kMaxFrameSide + 1.0)) {
         return {};
     }
     const int w = static_cast<int>(width);
     const int h = static_cast<int>(height);
-    if (std::int64_t{w} * h > kMaxPixels) {
+    if (std::int64_t{w} * h > kMaxSourcePixels) {
         return {};
     }
     const QImage source = AsRgba8888(image);

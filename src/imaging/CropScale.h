@@ -2,7 +2,6 @@
 
 #include <QImage>
 #include <QRect>
-#include <cstdint>
 
 #include "imaging/EffectSettings.h"
 #include "imaging/Geometry.h"
@@ -22,13 +21,10 @@ QRect WholePixelCrop(const ImageRect& rect, int width, int height);
 /// picture where that is empty.
 QImage CropImage(const QImage& image, const ImageRect& rect);
 
-/// Ceilings of `DrawScaled`: one side and all pixels of the result.
-inline constexpr int kMaxSide = 65535;
-inline constexpr std::int64_t kMaxPixels = 400'000'000;
-
 /// The whole picture stretched to width x height (fractions dropped). Down: area-aware filter in
 /// premultiplied colour, no aliasing; up: smooth; same size: an exact copy. Null when the size has
-/// no area, is not a number or exceeds a ceiling. Fully transparent pixels become (0, 0, 0, 0).
+/// no area, is not a number, is longer than a frame may be or more than a source may have. Fully
+/// transparent pixels become (0, 0, 0, 0).
 QImage DrawScaled(const QImage& image, double width, double height, int threads = 1);
 
 /// Crop by `CropRectForImage` on the picture's own size, then `DrawScaled`.

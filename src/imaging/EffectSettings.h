@@ -14,8 +14,19 @@ struct TextColor {
     friend bool operator==(const TextColor&, const TextColor&) = default;
 };
 
+/// Turned for a picture higher than wide.
+enum class AspectRatio { Square, FourToThree, ThreeToTwo, SixteenToNine };
+
+enum class CropUnit { Percent, Pixels };  ///< per cent of the picture
+
+enum class CaptionPosition { BottomLeft, BottomRight, TopLeft, TopRight, Center };
+
+enum class PlayMode { Forward, ForthAndBack };
+
 /// Everything that decides how one picture is rendered, taken in one pass from the controls and
 /// handed to workers by value. The initial values are the controls' reset values.
+// The fields stand in the order of the effects; there is one record for each render.
+// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding)
 struct EffectSettings {
     float position = 0;  ///< of the picture in the video, 0..1
 
@@ -42,9 +53,9 @@ struct EffectSettings {
     float vignetteRadius = 0;  ///< -0.25..0.25
 
     bool autoCropOn = false;
-    int aspectRatioIndex = 0;  ///< 0..3: 1:1, 4:3, 3:2, 16:9
+    AspectRatio aspectRatio = AspectRatio::Square;
     bool customCropOn = true;
-    int customCropUnit = 0;  ///< 0 per cent of the picture, 1 pixels
+    CropUnit customCropUnit = CropUnit::Percent;
     float cropX = 0;
     float cropY = 0;  ///< from the bottom edge
     float cropWidth = 100;
@@ -52,12 +63,13 @@ struct EffectSettings {
 
     QString text;
     int fontIndex = 12;
+    QString otherFont;    ///< "Family" or "Family:Style"; empty: the one of `fontIndex`
     float fontSize = 80;  ///< pixels of the uncropped picture
     TextColor textColor;
-    int textPositionIndex = 0;  ///< 0..4: bottom left, bottom right, top left, top right, centre
-    float textXOffset = 0;      ///< positive to the right
-    float textYOffset = 0;      ///< positive upwards
-    float textOpacity = 70;     ///< per cent
+    CaptionPosition textPosition = CaptionPosition::BottomLeft;
+    float textXOffset = 0;   ///< positive to the right
+    float textYOffset = 0;   ///< positive upwards
+    float textOpacity = 70;  ///< per cent
     bool textShadowOn = false;
     bool textStrokeOn = false;
 
@@ -77,8 +89,8 @@ struct ExtractionSettings {
     bool fixedNumber = false;  ///< a number of frames; else a fixed interval
     float frameCount = 20;
     double intervalSeconds = 0.1;
-    int playModeIndex = 0;  ///< 0 start to end, anything else start to end and back
-    double width = 0;       ///< output size of a video's frames
+    PlayMode playMode = PlayMode::Forward;
+    double width = 0;  ///< output size of a video's frames
     double height = 0;
     float resizePercent = 100;  ///< output size of a still picture relative to its crop
     EffectSettings effects;

@@ -31,8 +31,4 @@ QImage ApplyVignette(const QImage& image, float radius);
 /// floor(c * levels + 0.5) / levels per channel. `levels` must not be negative; 0 gives black.
 QImage Posterize(const QImage& image, int levels);
 
-/// rgb = mix(base, overlay, overlay alpha * mix), alpha = base alpha. An overlay of another size is
-/// first scaled to the base's; a null overlay changes nothing.
-QImage BlendOver(const QImage& base, const QImage& overlay, float mix);
-
 }  // namespace lumirra::ImageTools

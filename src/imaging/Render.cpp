@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "imaging/Caption.h"
+#include "imaging/CaptionFonts.h"
 #include "imaging/CropGeometry.h"
 #include "imaging/CropScale.h"
 #include "imaging/PictureFormat.h"
@@ -17,14 +18,12 @@ QImage WithCaption(const QImage& image, const EffectSettings& settings, int thre
     if (settings.text.isEmpty()) {
         return image;
     }
-    const CaptionStyle style{settings.text,
-                             FontNameForIndex(settings.fontIndex),
-                             settings.fontSize,
-                             settings.textColor,
-                             settings.textPositionIndex,
-                             settings.textXOffset,
-                             settings.textYOffset,
-                             settings.textShadowOn,
+    const CaptionFont font = settings.otherFont.isEmpty()
+                                 ? FontForIndex(settings.fontIndex, settings.text)
+                                 : FontForDescription(settings.otherFont, settings.text);
+    const CaptionStyle style{settings.text,        font.family,          font.style,
+                             settings.fontSize,    settings.textColor,   settings.textPosition,
+                             settings.textXOffset, settings.textYOffset, settings.textShadowOn,
                              settings.textStrokeOn};
     return DrawTextOverlay(image, style, settings.textOpacity / 100, threads);
 }
@@ -43,7 +42,7 @@ void VeilPixels(std::uint8_t* p, int count) {
 }
 
 QImage WithVeil(QImage image, const QRect& clear, int threads) {
-    std::uint8_t* const pixels = image.bits();
+    std::uint8_t* const pixels = OwnPixels(image);
     const qsizetype stride = image.bytesPerLine();
     const int width = image.width();
     ForEachRowBand(image.height(), threads, [&](int first, int end) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "imaging/Words.h"
 #include "settings/CropResize.h"
 #include "settings/NumberText.h"
 #include "settings/ValueRules.h"
@@ -73,12 +74,14 @@ Outcome<ControlValues> AssignIndex(ControlValues values, const ControlRow& row, 
     const auto index = ParseInteger(text).value_or(items.indexOf(text));
     if (index < 0 || index >= items.size()) {
         return Refused(row, text,
-                       QStringLiteral("0 to %1, or one of \"%2\"")
-                           .arg(items.size() - 1)
-                           .arg(items.join(QStringLiteral("\", \""))));
+                       Filled(QStringLiteral("0 to %1, or one of \"%2\""), items.size() - 1,
+                              items.join(QStringLiteral("\", \""))));
     }
     if (row.control == Control::ComboCustomCrop) {
         return ChangeCropUnit(std::move(values), static_cast<int>(index), base);
+    }
+    if (row.control == Control::ComboTextFontType) {
+        return ChooseListedFont(std::move(values), static_cast<int>(index));
     }
     values.SetIndex(row.control, static_cast<int>(index));
     return values;
@@ -129,7 +132,7 @@ struct KindWords {
 QString NumberedItems(Control popUp) {
     QStringList items;
     for (const QString& item : PopUpItems(popUp)) {
-        items << QStringLiteral("%1=\"%2\"").arg(items.size()).arg(item);
+        items << Filled(QStringLiteral("%1=\"%2\""), items.size(), item);
     }
     return items.join(QStringLiteral(", "));
 }
@@ -142,6 +145,8 @@ KindWords WordsOf(const ControlRow& row) {
             return {QStringLiteral("slider"), range, number};
         case ControlKind::Stepper:
             return {QStringLiteral("stepper"), range, number};
+        case ControlKind::Number:
+            return {QStringLiteral("number"), range, number};
         case ControlKind::Check:
             return {QStringLiteral("check"), QStringLiteral("0 or 1"), number};
         case ControlKind::Radio:
@@ -189,6 +194,7 @@ Outcome<ControlValues> AssignControl(const ControlValues& values, const QString&
     switch (row.kind) {
         case ControlKind::Slider:
         case ControlKind::Stepper:
+        case ControlKind::Number:
             return AssignNumber(values, row, text);
         case ControlKind::Check:
         case ControlKind::Radio:

@@ -7,7 +7,8 @@
 
 namespace lumirra {
 
-/// Every setting control of the window, in the order of the profile's lines.
+/// Every setting: the project's, in the order of the profile's lines and then of its tail, and the
+/// user's.
 enum class Control {
     RadioFixedNumberOfFrames,
     TextFieldFixedNumberOfFrames,
@@ -69,10 +70,34 @@ enum class Control {
     StepperLoopCount,
     CheckCustomColorCount,
     SliderCustomColorCount,
+    CheckRepeatForever,
+    SliderQuality,
+    CheckMaxSize,
+    FieldMaxSize,
+    FieldOtherFont,
+    Theme,
 };
-inline constexpr int kControlCount = static_cast<int>(Control::SliderCustomColorCount) + 1;
+/// Of the project's settings, which come first.
+inline constexpr int kControlCount = static_cast<int>(Control::FieldOtherFont) + 1;
 
-enum class ControlKind { Slider, Stepper, Check, Radio, PopUp, Text, Color };
+enum class ControlKind {
+    Slider,
+    Stepper,  ///< changes the field beside it
+    Number,   ///< a field of numbers without a stepper of its own
+    Check,
+    Radio,
+    PopUp,
+    Text,
+    Color
+};
+
+/// Who a setting belongs to and where it is kept.
+enum class SettingScope {
+    ProfileLine,  ///< the project; a line of the profile
+    ProfileTail,  ///< the project; the profile's last piece, where it differs from its initial
+                  ///< value
+    User,         ///< the user, whatever the project; the user's settings file
+};
 
 /// What a text field accepts when its text is committed.
 enum class ValueRule {
@@ -120,17 +145,19 @@ struct ControlRow {
     ControlKind kind;
     double initial = 0;              ///< number, state or index; 1 for all components of the colour
     QLatin1String initialText = {};  ///< of a text field
-    /// Range of a slider, stepper or pop-up and limits of a text field; [0, 1] for a state. The
+    /// Range of a number or pop-up and limits of a text field; [0, 1] for a state. The
     /// crop rows hold the widest one, `RangeInForce` narrows it.
     double minimum = 0;
     double maximum = 1;
-    double step = 1;  ///< of a slider or stepper
+    double step = 1;  ///< of a number
     ValueRule rule = ValueRule::None;
-    QLatin1String fallback = {};          ///< what text that is no number becomes
+    bool followsOthers = false;   ///< what follows from another field may lie beyond the limits
+    QLatin1String fallback = {};  ///< what text that is no number becomes
     std::optional<Control> partner = {};  ///< field and stepper, or the two radios of a pair
     StepperText stepperText = StepperText::Whole;
     ResetGroup resetGroup = ResetGroup::None;
-    int profileLine = 0;  ///< from 1
+    SettingScope scope = SettingScope::ProfileLine;
+    int profileLine = 0;  ///< from 1; 0 outside that scope
     ProfileCoding coding = ProfileCoding::Integer;
     ChangeRule change = {};
     const char* label = "";    ///< what a person would call it
@@ -138,11 +165,14 @@ struct ControlRow {
     const char* tooltip = "";  ///< what it does, one sentence
 };
 
-/// All rows, in the order of `Control`.
+/// The rows of the project's settings, in the order of `Control`.
 std::span<const ControlRow> ControlTable();
+/// The rows of scope `User`.
+std::span<const ControlRow> UserTable();
+/// Of any scope.
 const ControlRow& RowOf(Control control);
 
-/// By outlet name, exactly spelled.
+/// A setting of the project by its outlet name, exactly spelled.
 std::optional<Control> ControlByName(const QString& name);
 
 /// The items of a pop-up, empty for any other control.

@@ -118,6 +118,18 @@ constexpr ControlRow PopUp(C control, const char* name, int line, int initial, i
             .tooltip = words.tooltip};
 }
 
+constexpr ControlRow InTail(ControlRow row) {
+    row.scope = SettingScope::ProfileTail;
+    return row;
+}
+
+constexpr ControlRow NumberField(C control, const char* name, const Span& span, ResetGroup group,
+                                 ChangeRule change, const Words& words) {
+    ControlRow row = Slider(control, name, 0, span, group, change, words);
+    row.kind = ControlKind::Number;
+    return row;
+}
+
 struct Limits {
     ValueRule rule;
     double minimum, maximum;
@@ -157,6 +169,11 @@ constexpr ControlRow ColorWell(C control, const char* name, int line, ResetGroup
             .change = change,
             .label = words.label,
             .tooltip = words.tooltip};
+}
+
+constexpr ControlRow Following(ControlRow row) {
+    row.followsOthers = true;
+    return row;
 }
 
 constexpr Limits kSeconds{ValueRule::Decimal, 0, kLongestSeconds, "0.1"};
@@ -308,18 +325,19 @@ constexpr std::array kTable = {
     Stepper(C::StepperCustomCropHeight, "stepperCustomCropHeight", 52, kCropExtent,
             C::TextFieldCustomCropHeight, StepperText::Whole, ResetGroup::CropResize, kCropStepper,
             {"Crop height, step", "% or px", "Changes the crop's height by one"}),
-    Field(C::TextFieldResizeTo, "textFieldResizeTo", 53, "100",
-          {ValueRule::Integer, 0, 1000, "100"}, C::StepperResizeTo, ResetGroup::CropResize,
-          kTrackedText, {"Resize to", "%", "The output size in per cent of the crop"}),
+    Following(Field(C::TextFieldResizeTo, "textFieldResizeTo", 53, "100",
+                    {ValueRule::Integer, 0, 1000, "100"}, C::StepperResizeTo,
+                    ResetGroup::CropResize, kTrackedText,
+                    {"Resize to", "%", "The output size in per cent of the crop"})),
     Stepper(C::StepperResizeTo, "stepperResizeTo", 54, {100, 0, 1000, 1}, C::TextFieldResizeTo,
             StepperText::WholeCeiling, ResetGroup::CropResize, kResizeStepper,
             {"Resize to, step", "%", "Changes the percentage by one"}),
-    Field(C::TextFieldDimensionsWidth, "textFieldDimensionsWidth", 55, "0", kOffset, std::nullopt,
-          ResetGroup::CropResize, kDimension,
-          {"Output width", "px", "The width of the frames; the height follows"}),
-    Field(C::TextFieldDimensionsHeight, "textFieldDimensionsHeight", 56, "0", kOffset, std::nullopt,
-          ResetGroup::CropResize, kDimension,
-          {"Output height", "px", "The height of the frames; the width follows"}),
+    Following(Field(C::TextFieldDimensionsWidth, "textFieldDimensionsWidth", 55, "0", kOffset,
+                    std::nullopt, ResetGroup::CropResize, kDimension,
+                    {"Output width", "px", "The width of the frames; the height follows"})),
+    Following(Field(C::TextFieldDimensionsHeight, "textFieldDimensionsHeight", 56, "0", kOffset,
+                    std::nullopt, ResetGroup::CropResize, kDimension,
+                    {"Output height", "px", "The height of the frames; the width follows"})),
 
     // Output
     Field(C::TextFieldFrameDelay, "textFieldFrameDelay", 57, "0.1", kSeconds, C::StepperFrameDelay,
@@ -340,17 +358,45 @@ constexpr std::array kTable = {
         C::SliderCustomColorCount, "sliderCustomColorCount", 62, {32, 2, 64, 1}, ResetGroup::Output,
         kMarkOnly,
         {"Colour count", "levels", "Levels of each colour channel; 32 leaves the colours alone"}),
+    InTail(
+        Check(C::CheckRepeatForever, "checkRepeatForever", 0, ResetGroup::Output, kMarkOnly,
+              {"Repeat forever", "", "The GIF starts again and again, whatever the loop count"})),
+    InTail(Slider(C::SliderQuality, "sliderQuality", 0, {90, 1, 100, 1}, ResetGroup::Output,
+                  kMarkOnly,
+                  {"Quality", "", "Fewer bytes to the left, fewer errors to the right"})),
+    InTail(Check(C::CheckMaxSize, "checkMaxSize", 0, ResetGroup::Output, kMarkOnly,
+                 {"Limit the size of the GIF", "",
+                  "Lowers the quality as far as needed to keep the file below a size"})),
+    InTail(NumberField(C::FieldMaxSize, "fieldMaxSize", {8, 0.001, 100'000, 1}, ResetGroup::Output,
+                       kMarkOnly,
+                       {"Largest size in megabytes", "MB",
+                        "The largest size of the file, in megabytes of 1,000,000 bytes"})),
+    InTail(Field(C::FieldOtherFont, "fieldOtherFont", 0, "", {ValueRule::Free, 0, 0, ""},
+                 std::nullopt, ResetGroup::Text, kPreview,
+                 {"Other font", "",
+                  "A family, or Family:Style, in place of the font chosen from the list"})),
 };
 
-constexpr bool RowsStandInOrder() {
-    for (std::size_t i = 0; i < kTable.size(); ++i) {
-        if (static_cast<std::size_t>(kTable[i].control) != i) {
+constexpr ControlRow OfUser(ControlRow row) {
+    row.scope = SettingScope::User;
+    return row;
+}
+
+constexpr std::array kUserTable = {
+    OfUser(PopUp(C::Theme, "Theme", 0, 0, 2, ResetGroup::None, kNothing,
+                 {"Theme", "", "Whether the window is light or dark"})),
+};
+
+constexpr bool StandInOrder(std::span<const ControlRow> rows, std::size_t first) {
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (static_cast<std::size_t>(rows[i].control) != first + i) {
             return false;
         }
     }
-    return kTable.size() == static_cast<std::size_t>(kControlCount);
+    return true;
 }
-static_assert(RowsStandInOrder());
+static_assert(kTable.size() == static_cast<std::size_t>(kControlCount));
+static_assert(StandInOrder(kTable, 0) && StandInOrder(kUserTable, kTable.size()));
 
 constexpr std::array kTracked = {
     C::TextFieldText,
@@ -371,8 +417,13 @@ std::span<const ControlRow> ControlTable() {
     return kTable;
 }
 
+std::span<const ControlRow> UserTable() {
+    return kUserTable;
+}
+
 const ControlRow& RowOf(Control control) {
-    return kTable[static_cast<std::size_t>(control)];
+    const auto index = static_cast<std::size_t>(control);
+    return index < kTable.size() ? kTable[index] : kUserTable[index - kTable.size()];
 }
 
 std::optional<Control> ControlByName(const QString& name) {

@@ -25,6 +25,7 @@ void SetInitial(ControlValues& values, const ControlRow& row) {
     switch (row.kind) {
         case ControlKind::Slider:
         case ControlKind::Stepper:
+        case ControlKind::Number:
             return values.SetNumber(row.control, static_cast<float>(row.initial));
         case ControlKind::Check:
         case ControlKind::Radio:

@@ -10,22 +10,22 @@
 
 namespace lumirra {
 
-/// One snapshot of all controls. A value: copy, compare and hand it to workers. Each accessor is
-/// for the kinds it names alone. What is stored always lies in the control's range: numbers and
-/// indices beyond it become the nearest limit, a number that is not one leaves the old value.
-/// Texts are stored as they are.
+/// One snapshot of all settings of a project. A value: copy, compare and hand it to workers. Each
+/// accessor is for the kinds it names alone. What is stored always lies in the control's range:
+/// numbers and indices beyond it become the nearest limit, a number that is not one leaves the old
+/// value. Texts are stored as they are.
 class ControlValues {
   public:
     /// The initial state of a new project.
     ControlValues();
 
-    float Number(Control sliderOrStepper) const;
+    float Number(Control number) const;  ///< slider, stepper or number field
     bool IsOn(Control checkOrRadio) const;
     int Index(Control popUp) const;
     const QString& Text(Control textField) const;
     const TextColor& Color(Control colorWell) const;
 
-    void SetNumber(Control sliderOrStepper, float value);
+    void SetNumber(Control number, float value);
     void SetOn(Control checkOrRadio, bool on);
     void SetIndex(Control popUp, int index);
     void SetText(Control textField, const QString& text);

@@ -39,6 +39,32 @@ constexpr std::array kCropFields = {
     CropField{C::TextFieldCustomCropHeight, C::StepperCustomCropHeight, false},
 };
 
+/// Rounded half away from zero in single precision.
+ImageSize ScaledCrop(ImageSize crop, float percent) {
+    const auto scaled = [percent](double side) {
+        return static_cast<double>(std::round(percent * static_cast<float>(side) / 100.0F));
+    };
+    return {scaled(crop.width), scaled(crop.height)};
+}
+
+/// `percent`, or the number nearest to it that gives exactly that size: where a side comes to half
+/// a pixel, the last digit decides.
+float PercentGiving(ImageSize size, ImageSize crop, float percent) {
+    constexpr int kNeighbours = 4;
+    float above = percent;
+    float below = percent;
+    for (int i = 0; i <= kNeighbours; ++i) {
+        for (const float candidate : {above, below}) {
+            if (ScaledCrop(crop, candidate) == size) {
+                return candidate;
+            }
+        }
+        above = std::nextafter(above, std::numeric_limits<float>::max());
+        below = std::nextafter(below, std::numeric_limits<float>::lowest());
+    }
+    return percent;
+}
+
 }  // namespace
 
 ImageSize CropSize(const ControlValues& values, ImageSize base) {
@@ -46,16 +72,16 @@ ImageSize CropSize(const ControlValues& values, ImageSize base) {
         return {};
     }
     if (values.IsOn(C::RadioAutoCropTo)) {
-        const ImageRect rect =
-            ImageTools::AspectCropRect(base.width, base.height, values.Index(C::ComboAspectRatio));
+        const ImageRect rect = ImageTools::AspectCropRect(
+            base.width, base.height, static_cast<AspectRatio>(values.Index(C::ComboAspectRatio)));
         return {rect.width, rect.height};
     }
-    const ImageRect rect =
-        ImageTools::CustomCropRect(base.width, base.height, values.Index(C::ComboCustomCrop),
-                                   FieldFloat(values, C::TextFieldCustomCropOriginX),
-                                   FieldFloat(values, C::TextFieldCustomCropOriginY),
-                                   FieldFloat(values, C::TextFieldCustomCropWidth),
-                                   FieldFloat(values, C::TextFieldCustomCropHeight));
+    const ImageRect rect = ImageTools::CustomCropRect(
+        base.width, base.height, static_cast<CropUnit>(values.Index(C::ComboCustomCrop)),
+        FieldFloat(values, C::TextFieldCustomCropOriginX),
+        FieldFloat(values, C::TextFieldCustomCropOriginY),
+        FieldFloat(values, C::TextFieldCustomCropWidth),
+        FieldFloat(values, C::TextFieldCustomCropHeight));
     return ImageTools::VisibleCropSize(rect, base.width, base.height);
 }
 
@@ -63,14 +89,10 @@ ControlValues UpdateCropResizeGeometry(ControlValues values, ImageSize base) {
     if (!values.IsOn(C::RadioAutoCropTo) && !values.IsOn(C::RadioCustomCropUsing)) {
         return values;
     }
-    const ImageSize crop = CropSize(values, base);
-    const float percent = FieldFloat(values, C::TextFieldResizeTo);
-    const auto scaled = [percent](double side) {
-        return FixedText(
-            static_cast<double>(std::round(percent * static_cast<float>(side) / 100.0F)), 0);
-    };
-    values.SetText(C::TextFieldDimensionsWidth, scaled(crop.width));
-    values.SetText(C::TextFieldDimensionsHeight, scaled(crop.height));
+    const ImageSize scaled =
+        ScaledCrop(CropSize(values, base), FieldFloat(values, C::TextFieldResizeTo));
+    values.SetText(C::TextFieldDimensionsWidth, FixedText(scaled.width, 0));
+    values.SetText(C::TextFieldDimensionsHeight, FixedText(scaled.height, 0));
     return values;
 }
 
@@ -122,11 +144,14 @@ TypedDimensionResult TypedDimension(ControlValues values, Control dimensionField
     }
     const double number = FieldNumber(values.Text(dimensionField));
     const double ratio = crop.width / crop.height;
-    const auto other = static_cast<float>(isWidth ? number / ratio : number * ratio);
+    const double other = static_cast<double>(
+        std::round(static_cast<float>(isWidth ? number / ratio : number * ratio)));
     values.SetText(isWidth ? C::TextFieldDimensionsHeight : C::TextFieldDimensionsWidth,
-                   FixedText(static_cast<double>(std::round(other)), 0));
+                   FixedText(other, 0));
     const auto side = static_cast<float>(isWidth ? crop.width : crop.height);
-    const float percent = static_cast<float>(number) / side * 100;
+    const float percent =
+        PercentGiving(isWidth ? ImageSize{number, other} : ImageSize{other, number}, crop,
+                      static_cast<float>(number) / side * 100);
     values.SetText(C::TextFieldResizeTo, PlainText(percent));
     values.SetNumber(C::StepperResizeTo, percent);
     return {std::move(values), true};

@@ -37,9 +37,10 @@ struct TypedDimensionResult {
     bool acted = false;  ///< false: the text was validated and nothing else changed
 };
 
-/// A dimension field was committed with `text`: it is validated, the other dimension follows the
-/// crop's shape and the resize percentage becomes what gives that size. Nothing follows when the
-/// picture has no area, the whole part equals the last accepted one, or the crop is empty.
+/// A dimension field was committed with `text`; `values` hold the one that it showed before. It is
+/// validated, the other dimension follows the crop's shape and the resize percentage becomes what
+/// gives that size, neither rounded nor limited. Nothing follows when the picture has no area, the
+/// whole part equals the last accepted one, or the crop is empty.
 TypedDimensionResult TypedDimension(ControlValues values, Control dimensionField,
                                     const QString& text, ImageSize base, OutputDimensions last);
 

@@ -1,4 +1,4 @@
-#include "imaging/Caption.h"
+#include "imaging/CaptionFonts.h"
 #include "imaging/Effects.h"
 #include "settings/Control.h"
 
@@ -14,6 +14,8 @@ const QStringList& PopUpItems(Control control) {
                                        QStringLiteral("Top Right"), QStringLiteral("Center")};
     static const QStringList ratios{QStringLiteral("1:1"), QStringLiteral("4:3"),
                                     QStringLiteral("3:2"), QStringLiteral("16:9")};
+    static const QStringList themes{QStringLiteral("System"), QStringLiteral("Light"),
+                                    QStringLiteral("Dark")};
     static const QStringList units{QStringLiteral("Percents"), QStringLiteral("Pixels")};
     switch (control) {
         case Control::ComboPlayMode:
@@ -28,6 +30,8 @@ const QStringList& PopUpItems(Control control) {
             return ratios;
         case Control::ComboCustomCrop:
             return units;
+        case Control::Theme:
+            return themes;
         default:
             return none;
     }

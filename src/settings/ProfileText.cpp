@@ -1,24 +1,19 @@
 #include "settings/ProfileText.h"
 
 #include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 #include <QStringDecoder>
 #include <algorithm>
 #include <array>
-#include <cmath>
 
+#include "imaging/files/FileName.h"
+#include "imaging/files/FileReplacement.h"
 #include "settings/NumberText.h"
+#include "settings/ProfileTail.h"
 
 namespace lumirra {
 namespace {
 
 constexpr qint64 kLargestProfile = 1 << 20;
-
-bool IsLineBreak(QChar c) {
-    const char16_t code = c.unicode();
-    return (code >= 0x0A && code <= 0x0D) || code == 0x85 || code == 0x2028 || code == 0x2029;
-}
 
 QStringList SplitAtLineBreaks(const QString& text) {
     QStringList pieces;
@@ -30,20 +25,6 @@ QStringList SplitAtLineBreaks(const QString& text) {
         }
     }
     return pieces << text.mid(begin);
-}
-
-QString InOneLine(const QString& text) {
-    QString line;
-    bool inBreak = false;
-    for (const QChar c : text) {
-        if (!IsLineBreak(c)) {
-            line += c;
-        } else if (!inBreak) {
-            line += QLatin1Char(' ');
-        }
-        inBreak = IsLineBreak(c);
-    }
-    return line;
 }
 
 QString Coded(const ControlValues& values, const ControlRow& row) {
@@ -82,15 +63,10 @@ bool ReadInteger(ControlValues& values, const ControlRow& row, const QString& li
     return true;
 }
 
-std::optional<float> FiniteNumber(const QString& line) {
-    const auto number = ParseDecimal(line);
-    return number && std::isfinite(*number) ? number : std::nullopt;
-}
-
 bool ReadColor(ControlValues& values, const ControlRow& row, const QStringList& lines) {
     std::array<double, 3> components{};
     for (std::size_t i = 0; i < components.size(); ++i) {
-        const auto number = FiniteNumber(lines[row.profileLine - 1 + static_cast<int>(i)]);
+        const auto number = ParseDecimal(lines[row.profileLine - 1 + static_cast<int>(i)]);
         if (!number) {
             return false;
         }
@@ -106,7 +82,7 @@ bool ReadRow(ControlValues& values, const ControlRow& row, const QStringList& li
         case ProfileCoding::Integer:
             return ReadInteger(values, row, line);
         case ProfileCoding::Float:
-            if (const auto number = FiniteNumber(line)) {
+            if (const auto number = ParseDecimal(line)) {
                 values.SetNumber(row.control, *number);
                 return true;
             }
@@ -133,32 +109,35 @@ Failure CannotLoad(Failure::Kind kind, const QString& path) {
 
 }  // namespace
 
-QString ProfileText(const ControlValues& values) {
+QString ProfileText(const Profile& profile) {
     QString text;
     for (const ControlRow& row : ControlTable()) {
-        text += Coded(values, row) + QLatin1Char('\n');
+        if (row.scope == SettingScope::ProfileLine) {
+            text += Coded(profile.values, row) + QLatin1Char('\n');
+        }
     }
-    return text;
+    return text + ProfileTail(profile);
 }
 
-std::optional<ControlValues> ValuesFromProfile(const QString& text) {
-    const QStringList lines = SplitAtLineBreaks(text);
-    if (lines.size() != kProfileLines + 1) {
+std::optional<Profile> ProfileFromText(const QString& text) {
+    const QStringList pieces = SplitAtLineBreaks(text);
+    if (pieces.size() != kProfileLines + 1) {
         return std::nullopt;
     }
-    ControlValues values;
+    Profile profile;
     for (const ControlRow& row : ControlTable()) {
-        if (!ReadRow(values, row, lines)) {
+        if (row.scope == SettingScope::ProfileLine && !ReadRow(profile.values, row, pieces)) {
             return std::nullopt;
         }
     }
-    return values;
+    TakeProfileTail(profile, pieces.back());
+    return profile;
 }
 
-Outcome<ControlValues> LoadProfile(const QString& path) {
-    QFile file(path);
+Outcome<Profile> LoadProfile(const QString& path) {
+    QFile file;
     // Anything but a regular file might never come to an end.
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
+    if (!FactsOf(path).isFile || OpenForReading(file, path) != 0) {
         return CannotLoad(Failure::Kind::Unreadable, path);
     }
     const QByteArray bytes = file.read(kLargestProfile + 1);
@@ -166,23 +145,21 @@ Outcome<ControlValues> LoadProfile(const QString& path) {
         return CannotLoad(Failure::Kind::TooLarge, path);
     }
     const auto text = Decoded(bytes);
-    const auto values = text ? ValuesFromProfile(*text) : std::nullopt;
-    if (!values) {
+    auto profile = text ? ProfileFromText(*text) : std::nullopt;
+    if (!profile) {
         return CannotLoad(Failure::Kind::Invalid, path);
     }
-    return *values;
+    return *std::move(profile);
 }
 
-Outcome<Done> SaveProfile(const ControlValues& values, const QString& path) {
-    const QByteArray bytes = ProfileText(values).toUtf8();
-    const QFileInfo target(path);
-    QSaveFile file(path);
-    // The rename at the end would put a file in place of a device or a pipe.
-    if ((target.exists() && !target.isFile()) || !file.open(QIODevice::WriteOnly) ||
-        file.write(bytes) != bytes.size() || !file.commit()) {
-        return Failure{Failure::Kind::NotWritable, QStringLiteral("Could not save profile."), path};
+Outcome<Done> SaveProfile(const Profile& profile, const QString& path) {
+    const QByteArray bytes = ProfileText(profile).toUtf8();
+    auto saved = ReplaceFile(path, bytes, FileKind::UsersOwn);
+    if (!saved) {
+        return Failure{saved.failure().kind,
+                       QStringLiteral("Could not save profile. ") + saved.failure().message, path};
     }
-    return Done{};
+    return saved;
 }
 
 }  // namespace lumirra

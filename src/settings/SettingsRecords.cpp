@@ -1,9 +1,13 @@
 #include "settings/SettingsRecords.h"
 
+#include <cmath>
+
 #include "settings/ValueRules.h"
 
 namespace lumirra {
 namespace {
+
+// An index lies in its pop-up, and the items stand in the order of the enumerators.
 
 using C = Control;
 
@@ -37,9 +41,9 @@ void TakeEffects(EffectSettings& settings, const ControlValues& values) {
 
 void TakeCrop(EffectSettings& settings, const ControlValues& values) {
     settings.autoCropOn = values.IsOn(C::RadioAutoCropTo);
-    settings.aspectRatioIndex = values.Index(C::ComboAspectRatio);
+    settings.aspectRatio = static_cast<AspectRatio>(values.Index(C::ComboAspectRatio));
     settings.customCropOn = values.IsOn(C::RadioCustomCropUsing);
-    settings.customCropUnit = values.Index(C::ComboCustomCrop);
+    settings.customCropUnit = static_cast<CropUnit>(values.Index(C::ComboCustomCrop));
     settings.cropX = FieldFloat(values, C::TextFieldCustomCropOriginX);
     settings.cropY = FieldFloat(values, C::TextFieldCustomCropOriginY);
     settings.cropWidth = FieldFloat(values, C::TextFieldCustomCropWidth);
@@ -49,9 +53,10 @@ void TakeCrop(EffectSettings& settings, const ControlValues& values) {
 void TakeCaption(EffectSettings& settings, const ControlValues& values) {
     settings.text = values.Text(C::TextFieldText);
     settings.fontIndex = values.Index(C::ComboTextFontType);
+    settings.otherFont = values.Text(C::FieldOtherFont);
     settings.fontSize = values.Number(C::StepperTextFontSize);
     settings.textColor = values.Color(C::ColorWellTextColor);
-    settings.textPositionIndex = values.Index(C::ComboTextPosition);
+    settings.textPosition = static_cast<CaptionPosition>(values.Index(C::ComboTextPosition));
     settings.textXOffset = values.Number(C::StepperTextXOffset);
     settings.textYOffset = values.Number(C::StepperTextYOffset);
     settings.textOpacity = values.Number(C::StepperTextOpacity);
@@ -67,6 +72,12 @@ int ColorLevels(const ControlValues& values) {
         return kAllLevels;
     }
     return static_cast<int>(slider);
+}
+
+constexpr double kMegabyte = 1e6;
+
+long long BytesOf(float megabytes) {
+    return std::llround(static_cast<double>(megabytes) * kMegabyte);
 }
 
 }  // namespace
@@ -91,7 +102,7 @@ ExtractionSettings ExtractionSettingsOf(const ControlValues& values) {
     return {.fixedNumber = values.IsOn(C::RadioFixedNumberOfFrames),
             .frameCount = FieldFloat(values, C::TextFieldFixedNumberOfFrames),
             .intervalSeconds = NumberInForce(values, C::TextFieldFixedIntervalBetweenFrames),
-            .playModeIndex = values.Index(C::ComboPlayMode),
+            .playMode = static_cast<PlayMode>(values.Index(C::ComboPlayMode)),
             .width = static_cast<double>(FieldFloat(values, C::TextFieldDimensionsWidth)),
             .height = static_cast<double>(FieldFloat(values, C::TextFieldDimensionsHeight)),
             .resizePercent = FieldFloat(values, C::TextFieldResizeTo),
@@ -101,7 +112,20 @@ ExtractionSettings ExtractionSettingsOf(const ControlValues& values) {
 OutputSettings OutputSettingsOf(const ControlValues& values) {
     return {.colorLevels = ColorLevels(values),
             .delaySeconds = NumberInForce(values, C::TextFieldFrameDelay),
-            .loopCount = NumberInForce(values, C::TextFieldLoopCount)};
+            .loopCount = NumberInForce(values, C::TextFieldLoopCount),
+            .repeatForever = values.IsOn(C::CheckRepeatForever),
+            .quality = static_cast<double>(values.Number(C::SliderQuality)),
+            .maxBytes = values.IsOn(C::CheckMaxSize) ? BytesOf(values.Number(C::FieldMaxSize)) : 0};
+}
+
+ControlValues WithMaxBytes(ControlValues values, long long bytes) {
+    auto megabytes = static_cast<float>(static_cast<double>(bytes) / kMegabyte);
+    while (BytesOf(megabytes) > bytes) {
+        megabytes = std::nextafter(megabytes, 0.0F);
+    }
+    values.SetOn(C::CheckMaxSize, true);
+    values.SetNumber(C::FieldMaxSize, megabytes);
+    return values;
 }
 
 }  // namespace lumirra

@@ -18,8 +18,15 @@ struct OutputSettings {
     int colorLevels = 256;  ///< levels of each channel; 256 leaves the colours alone
     double delaySeconds = 0.1;
     double loopCount = 0;
+    bool repeatForever = false;  ///< whatever the loop count
+    double quality = 90;         ///< 1..100
+    long long maxBytes = 0;      ///< 0: any size
     friend bool operator==(const OutputSettings&, const OutputSettings&) = default;
 };
 OutputSettings OutputSettingsOf(const ControlValues& values);
+
+/// The values with a size limit of that many bytes in force, or of the few less that single
+/// precision takes.
+ControlValues WithMaxBytes(ControlValues values, long long bytes);
 
 }  // namespace lumirra

@@ -49,6 +49,25 @@ bool Parses(ValueRule rule, const QString& text) {
     return true;
 }
 
+/// Far beyond any picture; keeps what is computed from the number finite.
+constexpr double kLargestNumber = 1e9;
+
+/// What stands in the field is no one's typing: the stepper went along with it.
+bool FollowedFromOther(const ControlValues& values, const ControlRow& row) {
+    const auto number = ParseDecimal(values.Text(row.control));
+    if (!row.followsOthers || !number || !std::isfinite(*number)) {
+        return false;
+    }
+    if (!row.partner) {
+        return true;
+    }
+    constexpr float kProfilePrecision = 1e-5F;  // a profile keeps six digits of the stepper
+    const ControlRow& stepper = RowOf(*row.partner);
+    const float expected = std::clamp(*number, static_cast<float>(stepper.minimum),
+                                      static_cast<float>(stepper.maximum));
+    return std::abs(values.Number(*row.partner) - expected) <= kProfilePrecision * expected;
+}
+
 }  // namespace
 
 ValueRange FieldLimits(Control textField, const ControlValues& values) {
@@ -85,14 +104,19 @@ double NumberInForce(const ControlValues& values, Control textField) {
     const ControlRow& row = RowOf(textField);
     const QString& text = values.Text(textField);
     const double number = FieldNumber(text);
-    const bool refused = row.rule == ValueRule::Decimal && number <= row.minimum;
+    const bool refused = (row.rule == ValueRule::Decimal && number <= row.minimum) ||
+                         (row.followsOthers && !std::isfinite(number));
     if (refused || !ParseDecimal(text)) {
         return FieldNumber(row.fallback);
     }
-    return std::clamp(number, row.minimum, row.maximum);
+    return row.followsOthers ? std::clamp(number, -kLargestNumber, kLargestNumber)
+                             : std::clamp(number, row.minimum, row.maximum);
 }
 
 ControlValues CommitField(ControlValues values, Control textField, const QString& text) {
+    if (text == values.Text(textField) && FollowedFromOther(values, RowOf(textField))) {
+        return values;
+    }
     const QString accepted = AcceptedText(textField, text, values);
     values.SetText(textField, accepted);
     if (const auto stepper = RowOf(textField).partner) {
@@ -116,6 +140,12 @@ ControlValues MoveStepper(ControlValues values, Control stepper, float value) {
 ControlValues ChooseRadio(ControlValues values, Control radio) {
     values.SetOn(*RowOf(radio).partner, false);
     values.SetOn(radio, true);
+    return values;
+}
+
+ControlValues ChooseListedFont(ControlValues values, int index) {
+    values.SetIndex(Control::ComboTextFontType, index);
+    values.SetText(Control::FieldOtherFont, {});
     return values;
 }
 

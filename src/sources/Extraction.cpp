@@ -6,7 +6,10 @@
 #include <optional>
 #include <utility>
 
+#include "imaging/CropGeometry.h"
+#include "imaging/PixelLimits.h"
 #include "imaging/Render.h"
+#include "imaging/Words.h"
 #include "sources/FrameFiles.h"
 #include "sources/StillReader.h"
 #include "sources/VideoReader.h"
@@ -28,12 +31,14 @@ enum class Fate { Stored, LeftOut, EndsRun };
 struct Frame {
     Fate fate = Fate::LeftOut;
     QString path;
+    QSize size;
     std::optional<Failure> problem;
 };
 
 /// What the forward pass of a circular run leaves to the way back.
 struct Shown {
     QString path;  ///< empty when the picture was left out
+    QSize size;
     std::optional<Failure> problem;
 };
 
@@ -43,18 +48,29 @@ Failure OutOfMemory() {
             {}};
 }
 
+Failure FrameTooLargeOf(const QString& path, const ImageSize& size) {
+    Failure failure = FrameTooLarge(size);
+    failure.file = path;
+    return failure;
+}
+
 class Run {
   public:
     Run(const ExtractionJob& job, const std::stop_token& stop,
-        const std::function<void(const QString&)>& onFrame,
+        const std::function<void(const ExtractedFrame&)>& onFrame,
         const std::function<void(const ExtractionProgress&)>& onProgress)
         : job_(job), stop_(stop), onFrame_(onFrame), onProgress_(onProgress) {}
 
     ExtractionResult Go() {
-        if (job_.videoPath.isEmpty()) {
-            RunImages();
-        } else {
-            RunVideo();
+        try {
+            if (job_.videoPath.isEmpty()) {
+                RunImages();
+            } else {
+                RunVideo();
+            }
+        } catch (const std::bad_alloc&) {
+            result_.problems.push_back(OutOfMemory());
+            result_.endedEarly = true;
         }
         return std::move(result_);
     }
@@ -62,6 +78,8 @@ class Run {
   private:
     void RunImages();
     void RunVideo();
+    bool FramesFit();
+    bool Refuse(Failure why);
     void RunBack(const ExtractionPlan& plan);
     template <typename Source, typename Work, typename Percent>
     void RunPictures(int count, int total, const Source& source, const Work& work,
@@ -69,15 +87,17 @@ class Run {
 
     Picture WithName(Picture picture) const;
     Frame Stored(const Picture& picture, const QImage& rendered) const;
+    ExtractedFrame Extracted(const Frame& frame) const;
     bool Accept(Frame frame);
     void Report(int total, double percent);
 
     const ExtractionJob& job_;
     const std::stop_token stop_;
-    const std::function<void(const QString&)>& onFrame_;
+    const std::function<void(const ExtractedFrame&)>& onFrame_;
     const std::function<void(const ExtractionProgress&)>& onProgress_;
     ExtractionResult result_;
     int dealtWith_ = 0;
+    std::optional<ExtractionPlan> plan_;  ///< of a video
     bool ended_ = false;
     std::vector<Shown> forward_;  ///< of a circular run
 };
@@ -99,13 +119,22 @@ Frame Run::Stored(const Picture& picture, const QImage& rendered) const {
         const Failure noArea{Failure::Kind::Invalid,
                              QStringLiteral("The run ended early: a frame would have no area."),
                              {}};
-        return {Fate::EndsRun, {}, picture.source.problem.value_or(noArea)};
+        return {Fate::EndsRun, {}, {}, picture.source.problem.value_or(noArea)};
     }
     const auto stored = StoreFrame(rendered, picture.framePath);
     if (!stored) {
-        return {Fate::LeftOut, {}, stored.failure()};
+        const bool noMemory = stored.failure().kind == Failure::Kind::TooLarge;
+        return {noMemory ? Fate::EndsRun : Fate::LeftOut, {}, {}, stored.failure()};
     }
-    return {Fate::Stored, picture.framePath, picture.source.problem};
+    return {Fate::Stored, picture.framePath, rendered.size(), picture.source.problem};
+}
+
+/// The frame with what it shows: that of the picture being dealt with.
+ExtractedFrame Run::Extracted(const Frame& frame) const {
+    if (plan_) {
+        return {frame.path, frame.size, job_.videoPath, true, plan_->PositionOf(dealtWith_)};
+    }
+    return {frame.path, frame.size, job_.imagePaths.value(dealtWith_)};
 }
 
 /// Takes a frame into the result; false when the run ends with it.
@@ -116,10 +145,11 @@ bool Run::Accept(Frame frame) {
     if (frame.fate == Fate::Stored) {
         result_.framePaths.append(frame.path);
         if (onFrame_) {
-            onFrame_(frame.path);
+            onFrame_(Extracted(frame));
         }
     }
     ended_ = frame.fate == Fate::EndsRun;
+    result_.endedEarly = ended_;
     return !ended_;
 }
 
@@ -149,11 +179,11 @@ void Run::RunPictures(int count, int total, const Source& source, const Work& wo
     const auto workOn = [&](Picture picture) -> Frame {
         const QString path = picture.framePath;
         try {
-            return picture.failure ? Frame{Fate::EndsRun, {}, std::move(picture.failure)}
+            return picture.failure ? Frame{Fate::EndsRun, {}, {}, std::move(picture.failure)}
                                    : work(std::move(picture));
         } catch (const std::bad_alloc&) {
             RemoveFrame(path);
-            return {Fate::EndsRun, {}, OutOfMemory()};
+            return {Fate::EndsRun, {}, {}, OutOfMemory()};
         }
     };
     const auto deliver = [&](Frame frame) {
@@ -162,7 +192,7 @@ void Run::RunPictures(int count, int total, const Source& source, const Work& wo
             return false;
         }
         if (total > count) {
-            forward_.push_back({frame.path, frame.problem});
+            forward_.push_back({frame.path, frame.size, frame.problem});
         }
         if (!Accept(std::move(frame))) {
             return false;
@@ -177,14 +207,38 @@ void Run::RunPictures(int count, int total, const Source& source, const Work& wo
     ended_ = ended_ || result_.stopped;
 }
 
+/// By the pictures' headers; one that cannot be read is told in its turn.
+bool Run::FramesFit() {
+    for (const QString& path : job_.imagePaths) {
+        const auto stored = ImageTools::PixelSize(path);
+        const ImageSize size =
+            stored ? ImageTools::ScaledFrameSize(stored->width, stored->height,
+                                                 job_.settings.effects, job_.settings.resizePercent)
+                   : ImageSize{};
+        if (size.width >= 1 && size.height >= 1 && !IsFrameSize(size.width, size.height)) {
+            return Refuse(FrameTooLargeOf(path, size));
+        }
+    }
+    return true;
+}
+
+bool Run::Refuse(Failure why) {
+    result_.problems.push_back(std::move(why));
+    result_.endedEarly = true;
+    return false;
+}
+
 void Run::RunImages() {
+    if (!FramesFit()) {
+        return;
+    }
     const auto count = static_cast<int>(job_.imagePaths.size());
     const auto takeImage = [&](int i) { return Picture{{}, job_.imagePaths.at(i), {}, {}}; };
     const auto work = [&](Picture picture) -> Frame {
         picture.source = ReadStill(picture.imagePath);
         if (picture.source.image.isNull()) {
             RemoveFrame(picture.framePath);
-            return {Fate::LeftOut, {}, std::move(picture.source.problem)};
+            return {Fate::LeftOut, {}, {}, std::move(picture.source.problem)};
         }
         const QImage source = std::exchange(picture.source.image, {});
         const QImage rendered = ImageTools::RenderFrameScaled(source, job_.settings.effects,
@@ -198,6 +252,12 @@ void Run::RunImages() {
 }
 
 void Run::RunVideo() {
+    const ImageSize size{static_cast<double>(job_.settings.width),
+                         static_cast<double>(job_.settings.height)};
+    if (size.width >= 1 && size.height >= 1 && !IsFrameSize(size.width, size.height)) {
+        Refuse(FrameTooLargeOf(job_.videoPath, size));
+        return;
+    }
     auto reader = VideoReader::Open(job_.videoPath);
     if (!reader) {
         result_.problems.push_back(reader.failure());
@@ -210,6 +270,7 @@ void Run::RunVideo() {
         result_.problems.push_back(plan.failure());
         return;
     }
+    plan_ = *plan;
     const auto takeFrame = [&](int i) {
         return Picture{video.At(plan->PositionOf(i)), {}, {}, {}};
     };
@@ -237,11 +298,11 @@ void Run::RunBack(const ExtractionPlan& plan) {
         const Shown& there = forward_.at(static_cast<std::size_t>(plan.FrameOf(i)));
         if (!there.path.isEmpty()) {
             const Picture back = WithName({});
-            Frame frame{Fate::EndsRun, {}, back.failure};
+            Frame frame{Fate::EndsRun, {}, {}, back.failure};
             if (!back.failure) {
                 const auto copied = CopyFrame(there.path, back.framePath);
-                frame = copied ? Frame{Fate::Stored, back.framePath, there.problem}
-                               : Frame{Fate::LeftOut, {}, copied.failure()};
+                frame = copied ? Frame{Fate::Stored, back.framePath, there.size, there.problem}
+                               : Frame{Fate::LeftOut, {}, {}, copied.failure()};
             }
             if (!Accept(std::move(frame))) {
                 return;
@@ -253,8 +314,18 @@ void Run::RunBack(const ExtractionPlan& plan) {
 
 }  // namespace
 
+Failure FrameTooLarge(const ImageSize& size) {
+    return {
+        Failure::Kind::TooLarge,
+        Filled(QStringLiteral("The output size of %1x%2 is too large: a frame can have %3 million "
+                              "pixels, and %4 on a side."),
+               QString::number(size.width, 'f', 0), QString::number(size.height, 'f', 0),
+               kMaxFramePixels / 1'000'000, kMaxFrameSide),
+        {}};
+}
+
 ExtractionResult RunExtraction(const ExtractionJob& job, const std::stop_token& stop,
-                               const std::function<void(const QString&)>& onFrame,
+                               const std::function<void(const ExtractedFrame&)>& onFrame,
                                const std::function<void(const ExtractionProgress&)>& onProgress) {
     return Run(job, stop, onFrame, onProgress).Go();
 }

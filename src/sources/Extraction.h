@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "imaging/EffectSettings.h"
+#include "imaging/Geometry.h"
 #include "imaging/Outcome.h"
 
 namespace lumirra {
@@ -47,6 +49,15 @@ struct ExtractionJob {
     int threads = 0;  ///< 0: one for each core
 };
 
+/// A complete frame of a run, and what of the source it shows.
+struct ExtractedFrame {
+    QString path;
+    QSize size;      ///< pixels
+    QString source;  ///< of the video or the picture
+    bool video = false;
+    double position = 0;  ///< of the video
+};
+
 struct ExtractionProgress {
     int stored = 0;  ///< pictures dealt with so far
     int total = 0;
@@ -57,15 +68,20 @@ struct ExtractionResult {
     QStringList framePaths;         ///< complete frames, in order; sorting by name keeps it
     std::vector<Failure> problems;  ///< pictures left out or not whole, in order
     bool stopped = false;           ///< by the stop token; frames stored so far stay
+    bool endedEarly = false;        ///< for the last of the problems; frames stored so far stay
 };
 
+/// Why frames of that size cannot be made.
+Failure FrameTooLarge(const ImageSize& size);
+
 /// Reads, renders and stores every picture of the job, in order whatever the number of threads.
-/// `onFrame` is called for each stored path and `onProgress` after each picture, both on the
+/// `onFrame` is called for each stored frame and `onProgress` after each picture, both on the
 /// calling thread and in order. A picture that cannot be read or written is left out; one that has
-/// no area, or a directory that takes no files, ends the run. Nothing is thrown but what the two
-/// callbacks throw. Memory does not grow with the number of frames.
+/// no area, a directory that takes no files and want of memory end the run. Where frames would be
+/// larger than they may be, as the headers tell, it does not begin. Nothing is thrown but what the
+/// two callbacks throw. Memory does not grow with the number of frames.
 ExtractionResult RunExtraction(const ExtractionJob& job, const std::stop_token& stop,
-                               const std::function<void(const QString&)>& onFrame,
+                               const std::function<void(const ExtractedFrame&)>& onFrame,
                                const std::function<void(const ExtractionProgress&)>& onProgress);
 
 }  // namespace lumirra

@@ -4,17 +4,17 @@
 #include <unistd.h>
 
 #include <QDir>
-#include <QFile>
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
-#include <filesystem>
-#include <system_error>
 
 #include "imaging/CropScale.h"
 #include "imaging/ImageFile.h"
-#include "sources/SystemReason.h"
+#include "imaging/files/FileName.h"
+#include "imaging/files/FileReplacement.h"
+#include "imaging/files/SystemReason.h"
+#include "sources/TemporaryFolder.h"
 
 namespace lumirra {
 namespace {
@@ -32,23 +32,6 @@ std::int64_t NextMillisecond() {
     return std::max(now, before + 1);
 }
 
-/// By way of a file beside the target, which takes its name when it is complete.
-bool CopyFile(const QString& from, const QString& to) {
-    const std::filesystem::path target(QFile::encodeName(to).toStdString());
-    const std::filesystem::path beside(target.native() + ".new");
-    std::error_code error;
-    std::filesystem::copy_file(QFile::encodeName(from).toStdString(), beside,
-                               std::filesystem::copy_options::overwrite_existing, error);
-    if (!error) {
-        std::filesystem::rename(beside, target, error);
-    }
-    if (error) {
-        std::error_code ignored;
-        std::filesystem::remove(beside, ignored);
-    }
-    return !error;
-}
-
 }  // namespace
 
 QString FrameFileName(std::int64_t millisecondsSince1970) {
@@ -63,8 +46,11 @@ Outcome<QString> NextFramePath(const QString& directory) {
     const QDir folder(directory);
     while (true) {
         const QString path = folder.filePath(FrameFileName(NextMillisecond()));
+        if (auto noted = TemporaryFolder::NoteFile(path); !noted) {
+            return noted.failure();
+        }
         // Making the file claims the name from every other process.
-        const int descriptor = ::open(QFile::encodeName(path).constData(),
+        const int descriptor = ::open(FileBytes(path).constData(),
                                       O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
         if (descriptor >= 0) {
             ::close(descriptor);
@@ -73,38 +59,39 @@ Outcome<QString> NextFramePath(const QString& directory) {
         if (errno != EEXIST && errno != EINTR) {
             return Failure{Failure::Kind::NotWritable,
                            QStringLiteral("Frames cannot be stored in \"%1\": %2.")
-                               .arg(directory, SystemReason(errno)),
+                               .arg(ReadableName(directory), SystemReason(errno)),
                            directory};
         }
     }
 }
 
 Outcome<Done> CopyFrame(const QString& fromFramePath, const QString& framePath) {
-    if (CopyFile(fromFramePath, framePath) &&
-        CopyFile(ThumbnailPath(fromFramePath), ThumbnailPath(framePath))) {
-        return Done{};
+    auto copied = ReplaceByCopy(framePath, fromFramePath, FileKind::Working);
+    if (copied) {
+        copied = ReplaceByCopy(ThumbnailPath(framePath), ThumbnailPath(fromFramePath),
+                               FileKind::Working);
     }
-    RemoveFrame(framePath);
-    return Failure{Failure::Kind::NotWritable,
-                   QStringLiteral("The frame \"%1\" cannot be stored.").arg(framePath), framePath};
+    if (!copied) {
+        RemoveFrame(framePath);
+    }
+    return copied;
 }
 
 void RemoveFrame(const QString& framePath) {
     if (framePath.isEmpty()) {
         return;
     }
-    QFile::remove(framePath);
-    QFile::remove(ThumbnailPath(framePath));
+    ::unlink(FileBytes(framePath).constData());
+    ::unlink(FileBytes(ThumbnailPath(framePath)).constData());
 }
 
 Outcome<Done> StoreFrame(const QImage& picture, const QString& framePath) {
-    auto written = ImageTools::WriteImage(picture, framePath, ImageFileFormat::Png, 1.0);
+    auto written = ImageTools::WritePng(picture, framePath);
     if (written) {
         const double ratio = static_cast<double>(picture.width()) / picture.height();
         const double height = std::clamp(kThumbnailWidth / ratio, 1.0, kMaxThumbnailHeight);
         const QImage thumbnail = ImageTools::DrawScaled(picture, kThumbnailWidth, height);
-        written =
-            ImageTools::WriteImage(thumbnail, ThumbnailPath(framePath), ImageFileFormat::Png, 1.0);
+        written = ImageTools::WritePng(thumbnail, ThumbnailPath(framePath));
     }
     if (!written) {
         RemoveFrame(framePath);

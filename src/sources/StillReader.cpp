@@ -1,17 +1,22 @@
 #include "sources/StillReader.h"
 
 #include <QColorSpace>
-#include <QFileInfo>
 #include <QImageReader>
 #include <QLoggingCategory>
+#include <QThread>
 #include <QTransform>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <new>
 #include <utility>
 
 #include "imaging/CropScale.h"
+#include "imaging/PictureFormat.h"
+#include "imaging/PixelLimits.h"
+#include "imaging/Words.h"
 #include "sources/VideoEngine.h"
+#include "sources/stills/BmpFile.h"
 #include "sources/stills/PictureFile.h"
 #include "sources/stills/PngFile.h"
 #include "sources/stills/TiffRemarks.h"
@@ -38,9 +43,7 @@ void MutePictureReaders(QLoggingCategory* category) {
 /// The two process-wide settings of the toolkit that reading needs, made once.
 void PrepareToolkit() {
     static const bool prepared = [] {
-        constexpr long long kBytesPerPixel = 8;  // four channels of 16 bits
-        QImageReader::setAllocationLimit(
-            static_cast<int>(kMaxPicturePixels * kBytesPerPixel / (1 << 20)) + 1);
+        AllowLargestSources();
         previousFilter = QLoggingCategory::installFilter(MutePictureReaders);
         return true;
     }();
@@ -63,14 +66,13 @@ std::optional<Failure> SizeProblem(const QString& path, ImageSize size, qint64 f
     constexpr double kSuspectPixels = 50e6;
     constexpr double kMaxPixelsPerByte = 16384;
     const double pixels = size.width * size.height;
-    const QString claim = QStringLiteral("\"%1\" claims to hold %2 x %3 pixels")
-                              .arg(path)
-                              .arg(size.width, 0, 'f', 0)
-                              .arg(size.height, 0, 'f', 0);
-    if (pixels > static_cast<double>(kMaxPicturePixels)) {
+    const QString claim =
+        Filled(QStringLiteral("\"%1\" claims to hold %2 x %3 pixels"), path,
+               QString::number(size.width, 'f', 0), QString::number(size.height, 'f', 0));
+    if (pixels > static_cast<double>(kMaxSourcePixels)) {
         return Failure{Failure::Kind::TooLarge,
                        claim + QStringLiteral("; at most %1 million can be read.")
-                                   .arg(kMaxPicturePixels / 1'000'000),
+                                   .arg(kMaxSourcePixels / 1'000'000),
                        path};
     }
     if (pixels > kSuspectPixels && pixels > kMaxPixelsPerByte * static_cast<double>(fileBytes)) {
@@ -82,19 +84,17 @@ std::optional<Failure> SizeProblem(const QString& path, ImageSize size, qint64 f
 
 /// Colours to sRGB, as exactly as the picture's depth allows, then 8 bits with straight alpha.
 QImage Normalized(QImage image) {
-    if (image.isNull()) {
-        return image;
-    }
+    const int threads = QThread::idealThreadCount();
+    const QColorSpace sRgb(QColorSpace::SRgb);
     const QColorSpace space = image.colorSpace();
-    if (space.isValid() && space != QColorSpace(QColorSpace::SRgb)) {
+    if (space.isValid() && space != sRgb) {
         const bool deep = image.depth() > 32 || image.format() == QImage::Format_Grayscale16;
-        image = std::move(image).convertToFormat(deep ? QImage::Format_RGBA64
-                                                      : QImage::Format_RGBA8888);
-        // The conversion may lose the label.
-        image.setColorSpace(space);
-        image.convertToColorSpace(QColorSpace(QColorSpace::SRgb));
+        image = Converted(std::move(image), deep ? QImage::Format_RGBA64 : QImage::Format_RGBA8888,
+                          threads);
+        TransformColors(image, space.transformationToColorSpace(sRgb), threads);
+        image.setColorSpace(sRgb);
     }
-    image = std::move(image).convertToFormat(QImage::Format_RGBA8888);
+    image = Converted(std::move(image), QImage::Format_RGBA8888, threads);
     image.setDevicePixelRatio(1);
     return image;
 }
@@ -103,10 +103,10 @@ QImage Upright(QImage image, QImageIOHandler::Transformations turn) {
     const bool mirror = turn.testFlag(QImageIOHandler::TransformationMirror);
     const bool flip = turn.testFlag(QImageIOHandler::TransformationFlip);
     if (mirror || flip) {
-        image = std::move(image).mirrored(mirror, flip);
+        image = Made(std::move(image).mirrored(mirror, flip));
     }
     if (turn.testFlag(QImageIOHandler::TransformationRotate90)) {
-        image = image.transformed(QTransform().rotate(90));
+        image = Made(image.transformed(QTransform().rotate(90)));
     }
     return image;
 }
@@ -134,9 +134,8 @@ Failure CutShort(const QString& path, double share) {
     const QString text =
         percent == 100
             ? QStringLiteral("\"%1\" is cut short; some of its detail is missing.").arg(path)
-            : QStringLiteral("\"%1\" is cut short: only %2 % of the picture could be read.")
-                  .arg(path)
-                  .arg(std::max(percent, 1));
+            : Filled(QStringLiteral("\"%1\" is cut short: only %2 % of the picture could be read."),
+                     path, std::max(percent, 1));
     return {Failure::Kind::Unreadable, text, path};
 }
 
@@ -166,23 +165,45 @@ SourceImage Jpeg2000Picture(const QString& path, QIODevice& device) {
     return picture.image.isNull() ? UnreadablePicture(path) : picture;
 }
 
-SourceImage PngStill(const QString& path, QIODevice& device) {
-    const ImageSize size = PngSize(device);
+/// A format that is not left to the toolkit: reading gives what there is of a damaged picture.
+struct OwnReader {
+    PictureFormat format;
+    ImageSize (*size)(QIODevice&);
+    PartlyRead (*read)(QIODevice&);
+};
+constexpr std::array kOwnReaders{OwnReader{PictureFormat::Png, PngSize, ReadPng},
+                                 OwnReader{PictureFormat::Bmp, BmpSize, ReadBmp}};
+
+const OwnReader* OwnReaderOf(PictureFormat format) {
+    const auto* found =
+        std::find_if(kOwnReaders.begin(), kOwnReaders.end(),
+                     [&](const OwnReader& reader) { return reader.format == format; });
+    return found == kOwnReaders.end() ? nullptr : found;
+}
+
+SourceImage OwnPicture(const QString& path, QIODevice& device, const OwnReader& reader) {
+    const ImageSize size = reader.size(device);
     if (size.width < 1 || size.height < 1) {
         return UnreadablePicture(path);
     }
     if (const auto problem = SizeProblem(path, size, device.size())) {
         return {{}, problem};
     }
-    PngPicture png = ReadPng(device);
-    if (png.image.isNull()) {
+    PartlyRead part = reader.read(device);
+    if (part.image.isNull()) {
         return UnreadablePicture(path);
     }
-    SourceImage picture{Normalized(std::move(png.image)), std::nullopt};
-    if (png.share < 1) {
-        picture.problem = CutShort(path, png.share);
+    SourceImage picture{Normalized(std::move(part.image)), std::nullopt};
+    if (part.share < 1) {
+        picture.problem = CutShort(path, part.share);
     }
     return picture;
+}
+
+/// What the toolkit's TIFF reader refuses, if it is of the kind that the engine reads.
+QImage DeepTiffPicture(QIODevice& device) {
+    const auto engine = LoadedVideoEngine();
+    return engine ? (*engine)->ReadDeepTiff(device) : QImage();
 }
 
 /// The largest sides of all pictures in the file; no size when there is none.
@@ -218,7 +239,12 @@ SourceImage ToolkitPicture(const QString& path, const PictureFile& file) {
     }
     const auto turn = reader.transformation();
     SourceImage picture{reader.read(), std::nullopt};
+    if (picture.image.isNull() && file.format == PictureFormat::Tiff) {
+        picture.image = DeepTiffPicture(*file.device);
+    }
     if (picture.image.isNull()) {
+        // The reader does not tell damage from want of memory: one as large says which it was.
+        Made(QImage(size, QImage::Format_RGBA64));
         return UnreadablePicture(path);
     }
     if (cutShort) {
@@ -240,42 +266,14 @@ SourceImage ToolkitPicture(const QString& path, const PictureFile& file) {
 }
 
 SourceImage ReadPicture(const QString& path, const PictureFile& file) {
-    switch (file.format) {
-        case PictureFormat::Jpeg2000:
-            return Jpeg2000Picture(path, *file.device);
-        case PictureFormat::Png:
-            return PngStill(path, *file.device);
-        default:
-            return ToolkitPicture(path, file);
+    if (file.format == PictureFormat::Jpeg2000) {
+        return Jpeg2000Picture(path, *file.device);
     }
+    const OwnReader* own = OwnReaderOf(file.format);
+    return own != nullptr ? OwnPicture(path, *file.device, *own) : ToolkitPicture(path, file);
 }
 
 }  // namespace
-
-const QStringList& PictureExtensions() {
-    static const QStringList extensions{QStringLiteral("jpg"),  QStringLiteral("jpeg"),
-                                        QStringLiteral("jpe"),  QStringLiteral("jp2"),
-                                        QStringLiteral("jpx"),  QStringLiteral("png"),
-                                        QStringLiteral("tiff"), QStringLiteral("tif"),
-                                        QStringLiteral("gif"),  QStringLiteral("bmp")};
-    return extensions;
-}
-
-bool IsPicture(const QString& path) {
-    return PictureExtensions().contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
-}
-
-const QStringList& VideoTools::StillImageExtensions() {
-    static const QStringList extensions{QStringLiteral("jpg"), QStringLiteral("jpeg"),
-                                        QStringLiteral("png"), QStringLiteral("tiff"),
-                                        QStringLiteral("tif"), QStringLiteral("gif"),
-                                        QStringLiteral("bmp")};
-    return extensions;
-}
-
-bool VideoTools::IsStillImage(const QString& path) {
-    return StillImageExtensions().contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
-}
 
 SourceImage ReadStill(const QString& path) {
     PrepareToolkit();
@@ -291,6 +289,20 @@ SourceImage ReadStill(const QString& path) {
     }
 }
 
+bool HoldsManyPictures(const PictureFile& file) {
+    PrepareToolkit();
+    if (file.format == PictureFormat::Png) {
+        return IsAnimatedPng(*file.device);
+    }
+    const bool mayMove = file.format == PictureFormat::Gif || file.format == PictureFormat::Webp;
+    if (!mayMove && file.format != PictureFormat::Tiff) {
+        return false;
+    }
+    QImageReader reader(file.device.get(), ToolkitFormat(file.format));
+    const int pages = CountPages(reader, file.format);
+    return (mayMove ? reader.imageCount() : pages) > 1;
+}
+
 std::optional<ImageSize> ImageTools::PixelSize(const QString& path) {
     PrepareToolkit();
     const auto file = OpenPictureFile(path);
@@ -300,8 +312,8 @@ std::optional<ImageSize> ImageTools::PixelSize(const QString& path) {
     if (file->format == PictureFormat::Jpeg2000) {
         return Jpeg2000Size(*file->device);
     }
-    if (file->format == PictureFormat::Png) {
-        const ImageSize size = PngSize(*file->device);
+    if (const OwnReader* own = OwnReaderOf(file->format)) {
+        const ImageSize size = own->size(*file->device);
         return size.width < 1 || size.height < 1 ? std::nullopt : std::optional(size);
     }
     QImageReader reader(file->device.get(), ToolkitFormat(file->format));

@@ -1,19 +1,10 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 
 #include "sources/VideoTools.h"
 
 namespace lumirra {
-
-/// "jpg", "jpeg", "jpe", "jp2", "jpx", "png", "tiff", "tif", "gif", "bmp": what may be opened as
-/// a picture.
-const QStringList& PictureExtensions();
-bool IsPicture(const QString& path);
-
-/// The largest picture that is read, in pixels.
-inline constexpr long long kMaxPicturePixels = 400'000'000;
 
 /// First picture of the file, whatever its extension: upright by its EXIF orientation, in sRGB,
 /// 8 bits, straight alpha, one pixel for one pixel of the file; where further pages are larger,
@@ -22,5 +13,9 @@ inline constexpr long long kMaxPicturePixels = 400'000'000;
 /// null picture and a problem. The size is checked before memory is asked for, and a pipe or device
 /// is never waited for. Any thread.
 SourceImage ReadStill(const QString& path);
+
+struct PictureFile;
+/// An animation, or a file of several pages; the variants of an icon do not count.
+bool HoldsManyPictures(const PictureFile& file);
 
 }  // namespace lumirra

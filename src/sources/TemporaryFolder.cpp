@@ -1,72 +1,55 @@
 #include "sources/TemporaryFolder.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <QByteArray>
-#include <QDir>
-#include <QFile>
+#include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <system_error>
+#include <utility>
+#include <vector>
 
-#include "sources/SystemReason.h"
+#include "imaging/files/FileName.h"
+#include "imaging/files/SystemReason.h"
+#include "imaging/process/SuddenEnd.h"
+#include "sources/folder/FolderEntries.h"
+#include "sources/folder/RunMarker.h"
+#include "sources/folder/WorkingParent.h"
 
 namespace lumirra {
 namespace {
 
-constexpr char kPrefix[] = "lumirra-";
+constexpr char kPreview[] = "tempGif.gif";
 
-/// The toolkit's own operation gives an empty path, the working directory, when there is no such
-/// directory; then we would rather fail.
-QString UserTemporaryDirectory() {
-    const QByteArray chosen = qgetenv("TMPDIR");
-    return chosen.isEmpty() ? QStringLiteral("/tmp") : QFile::decodeName(chosen);
+Failure Unusable(const QString& path, int error) {
+    return {Failure::Kind::NotWritable,
+            QStringLiteral("Working files cannot be stored in \"%1\": %2.")
+                .arg(path, SystemReason(error)),
+            path};
 }
 
-/// A folder of ours that nobody else owns: opened and locked. The lock lives as long as the
-/// descriptor, so that it goes with its process however that ends.
-class LockedFolder {
-  public:
-    explicit LockedFolder(const QByteArray& name)
-        : descriptor_(::open(name.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)) {
-        struct stat status {};
-        // Without links it was removed before it could be locked.
-        locked_ = descriptor_ >= 0 && ::flock(descriptor_, LOCK_EX | LOCK_NB) == 0 &&
-                  ::fstat(descriptor_, &status) == 0 && status.st_uid == ::geteuid() &&
-                  status.st_nlink > 0;
-    }
-    LockedFolder(const LockedFolder&) = delete;
-    LockedFolder& operator=(const LockedFolder&) = delete;
-    ~LockedFolder() {
-        if (descriptor_ >= 0) {
-            ::close(descriptor_);
+Descriptor OpenRun(const WorkingParent& parent, const QByteArray& name) {
+    Descriptor folder(::openat(parent.folder.Get(), name.constData(),
+                               O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    return folder;
+}
+
+void Remove(const WorkingParent& parent, const QByteArray& name, const Descriptor& folder,
+            const RunMarker& marker) {
+    marker.RemoveFiles(folder);
+    ::unlinkat(parent.folder.Get(), name.constData(), AT_REMOVEDIR);  // refused unless empty
+}
+
+void RemoveWhatEndedRunsLeft(const WorkingParent& parent) {
+    for (const QByteArray& name : FolderEntries(parent.folder)) {
+        const Descriptor folder = OpenRun(parent, name);
+        if (!folder.IsOpen() || RunMarker::IsKept(folder, name)) {
+            continue;
         }
-    }
-    bool IsLocked() const { return locked_; }
-
-  private:
-    int descriptor_;
-    bool locked_ = false;
-};
-
-/// With everything in it; links are removed, not followed.
-void RemoveTree(const QByteArray& name) {
-    std::error_code ignored;
-    std::filesystem::remove_all(name.constData(), ignored);
-}
-
-void RemoveLeftFolders(const QString& parent) {
-    const QStringList names =
-        QDir(parent).entryList({QLatin1String(kPrefix) + QLatin1String("??????")},
-                               QDir::Dirs | QDir::NoSymLinks | QDir::Hidden);
-    for (const QString& entry : names) {
-        const QByteArray name = QFile::encodeName(QDir(parent).filePath(entry));
-        if (const LockedFolder left(name); left.IsLocked()) {
-            RemoveTree(name);
+        const auto marker = RunMarker::Take(folder, name);
+        if (marker && !marker->IsKept()) {
+            Remove(parent, name, folder, *marker);
         }
     }
 }
@@ -74,44 +57,116 @@ void RemoveLeftFolders(const QString& parent) {
 }  // namespace
 
 struct TemporaryFolder::State {
-    explicit State(const QByteArray& folder)
-        : name(folder), path(QFile::decodeName(folder)), lock(folder) {}
+    State(WorkingParent in, QByteArray called, Descriptor opened, RunMarker marked)
+        : parent(std::move(in)),
+          name(std::move(called)),
+          path(FileText(parent.path + '/' + name)),
+          folder(std::move(opened)),
+          marker(std::move(marked)) {}
+    /// Others may still be making files by the folder's name: it takes another one first.
+    void RemoveSuddenly() const {
+        if (marker.IsKept()) {
+            return;
+        }
+        const QByteArray ended = name + ".ended";
+        const bool moved = ::renameat(parent.folder.Get(), name.constData(), parent.folder.Get(),
+                                      ended.constData()) == 0;
+        // What was on its way to the folder by then may come in a moment later.
+        constexpr int kTries = 20;
+        constexpr useconds_t kMoment = 2000;
+        const QByteArray& now = moved ? ended : name;
+        for (int i = 0;
+             i < kTries && ::faccessat(parent.folder.Get(), now.constData(), F_OK, 0) == 0; ++i) {
+            ::usleep(i > 0 ? kMoment : 0);
+            Remove(parent, now, folder, marker);
+        }
+    }
+
     State(const State&) = delete;
     State& operator=(const State&) = delete;
     ~State() {
-        if (lock.IsLocked()) {
-            RemoveTree(name);
+        if (!marker.IsKept()) {
+            Remove(parent, name, folder, marker);
         }
     }
 
+    WorkingParent parent;
     QByteArray name;
     QString path;
-    LockedFolder lock;
+    Descriptor folder;
+    RunMarker marker;
+    AtSuddenEnd atSuddenEnd{[this] { RemoveSuddenly(); }};
 };
 
 Outcome<TemporaryFolder> TemporaryFolder::Make() {
-    const QString parent = UserTemporaryDirectory();
-    RemoveLeftFolders(parent);
-    // Another program that is tidying up may take a new folder before it is locked.
-    constexpr int kAttempts = 100;
-    int error = EAGAIN;
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        QByteArray name =
-            QFile::encodeName(QDir(parent).filePath(QLatin1String(kPrefix))) + "XXXXXX";
-        if (::mkdtemp(name.data()) == nullptr) {
-            error = errno;
-            break;
-        }
-        auto state = std::make_unique<State>(name);
-        if (state->lock.IsLocked()) {
-            return TemporaryFolder(std::move(state));
-        }
-        ::rmdir(name.constData());
+    auto parent = WorkingParent::Open();
+    if (!parent) {
+        return parent.failure();
     }
-    return Failure{Failure::Kind::NotWritable,
-                   QStringLiteral("The temporary directory \"%1\" cannot be used: %2.")
-                       .arg(parent, SystemReason(error)),
-                   parent};
+    RemoveWhatEndedRunsLeft(*parent);
+    const QString parentPath = FileText(parent->path);
+    QByteArray path = parent->path + "/run-XXXXXX";
+    if (::mkdtemp(path.data()) == nullptr) {
+        return Unusable(parentPath, errno);
+    }
+    const QByteArray name = path.mid(path.lastIndexOf('/') + 1);
+    Descriptor folder = OpenRun(*parent, name);
+    auto marker = RunMarker::Create(folder, name);
+    int error = marker ? 0 : errno;
+    if (marker) {
+        error = RunMarker::NoteFile(path + '/' + kPreview);
+    }
+    if (error != 0) {
+        if (marker) {
+            marker->RemoveFiles(folder);
+        }
+        ::unlinkat(parent->folder.Get(), name.constData(), AT_REMOVEDIR);
+        return Unusable(parentPath, error);
+    }
+    return TemporaryFolder(
+        std::make_unique<State>(*std::move(parent), name, std::move(folder), *std::move(marker)));
+}
+
+QStringList TemporaryFolder::Left() {
+    const auto parent = WorkingParent::Open();
+    if (!parent) {
+        return {};
+    }
+    std::vector<std::pair<timespec, QString>> found;
+    for (const QByteArray& name : FolderEntries(parent->folder)) {
+        const Descriptor folder = OpenRun(*parent, name);
+        struct stat status {};
+        if (folder.IsOpen() && RunMarker::IsKept(folder, name) && RunMarker::Take(folder, name) &&
+            ::fstat(folder.Get(), &status) == 0) {
+            found.emplace_back(status.st_mtim, FileText(parent->path + '/' + name));
+        }
+    }
+    std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) {
+        return std::pair(a.first.tv_sec, a.first.tv_nsec) >
+               std::pair(b.first.tv_sec, b.first.tv_nsec);
+    });
+    QStringList paths;
+    for (const auto& [time, path] : found) {
+        paths << path;
+    }
+    return paths;
+}
+
+std::optional<TemporaryFolder> TemporaryFolder::TakeOver(const QString& path) {
+    auto parent = WorkingParent::Open();
+    const QByteArray bytes = FileBytes(path);
+    const qsizetype slash = bytes.lastIndexOf('/');
+    if (!parent || slash < 0 || bytes.first(slash) != parent->path) {
+        return std::nullopt;
+    }
+    const QByteArray name = bytes.mid(slash + 1);
+    Descriptor folder = OpenRun(*parent, name);
+    auto marker = RunMarker::Take(folder, name);
+    if (!marker) {
+        return std::nullopt;
+    }
+    return TemporaryFolder(
+        std::make_unique<State>(*std::move(parent), name, std::move(folder), *std::move(marker)));
 }
 
 TemporaryFolder::TemporaryFolder(std::unique_ptr<State> state) : state_(std::move(state)) {}
@@ -124,7 +179,21 @@ const QString& TemporaryFolder::Path() const {
 }
 
 QString TemporaryFolder::PreviewFile() const {
-    return QDir(state_->path).filePath(QStringLiteral("tempGif.gif"));
+    return state_->path + QLatin1Char('/') + QLatin1String(kPreview);
+}
+
+Outcome<Done> TemporaryFolder::SetKept(bool kept) {
+    if (const int error = state_->marker.NoteKept(kept); error != 0) {
+        return Unusable(state_->path, error);
+    }
+    return Done{};
+}
+
+Outcome<Done> TemporaryFolder::NoteFile(const QString& path) {
+    if (const int error = RunMarker::NoteFile(FileBytes(path)); error != 0) {
+        return Unusable(FolderOf(path), error);
+    }
+    return Done{};
 }
 
 }  // namespace lumirra

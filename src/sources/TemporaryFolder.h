@@ -1,26 +1,44 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <memory>
+#include <optional>
 
 #include "imaging/Outcome.h"
 
 namespace lumirra {
 
-/// A private folder (mode 0700) made for this run under the user's temporary directory, removed
-/// with everything in it at the end of its life. Making one first removes the folders of earlier
-/// runs whose owner is gone.
+/// The private folder (mode 0700) of one run, in a parent folder of ours. It is held by a marker
+/// file and its lock, which goes with the process however that ends; no other run takes the folder
+/// of one that lives. Removing a folder removes the files that were noted in its marker and nothing
+/// else: a folder with anything foreign in it stays, with that. Not for use on two threads at once.
 class TemporaryFolder {
   public:
+    /// First removes what ended runs left that did not ask for it to be kept.
     static Outcome<TemporaryFolder> Make();
+
+    /// Folders of ended runs that were to be kept, the newest first.
+    static QStringList Left();
+    /// Makes an ended run's folder this run's own, kept as it was; nothing when somebody else was
+    /// quicker or it is not such a folder.
+    static std::optional<TemporaryFolder> TakeOver(const QString& path);
 
     TemporaryFolder(TemporaryFolder&&) noexcept;
     TemporaryFolder& operator=(TemporaryFolder&&) noexcept;
+    /// Removes the folder, unless it is to be kept.
     ~TemporaryFolder();
 
     const QString& Path() const;
     /// The GIF under construction: "tempGif.gif" in the folder.
     QString PreviewFile() const;
+
+    /// Whether the folder is to outlive this run, even one that is killed. False at first.
+    Outcome<Done> SetKept(bool kept);
+
+    /// Notes a file that is about to be made, so that it is removed with its folder: to be called
+    /// for each file made in a run's folder. In other folders it does nothing. Any thread.
+    static Outcome<Done> NoteFile(const QString& path);
 
   private:
     struct State;

@@ -25,8 +25,12 @@ const VideoInfo& VideoReader::Info() const {
     return video_->Info();
 }
 
-SourceImage VideoReader::At(double position) {
-    return video_->At(position);
+SourceImage VideoReader::At(double position, const std::stop_token& stop) {
+    return video_->At(position, stop);
+}
+
+NearImage VideoReader::Near(double position, const std::stop_token& stop) {
+    return video_->Near(position, stop);
 }
 
 }  // namespace lumirra

@@ -2,7 +2,9 @@
 
 #include <QString>
 #include <memory>
+#include <stop_token>
 
+#include "imaging/DisplayTransform.h"
 #include "imaging/Outcome.h"
 #include "sources/VideoTools.h"
 
@@ -15,7 +17,7 @@ struct VideoInfo {
     int shownWidth = 0;  ///< upright, square pixels
     int shownHeight = 0;
     double framesPerSecond = 0;  ///< average; 0 when unknown
-    int rotationDegrees = 0;     ///< clockwise, to be shown upright
+    DisplayTransform display;    ///< of its pictures
     QString codec;
     QString pixelFormat;
     QString colorMatrix;  ///< as used: "bt709", "bt601", "bt2020" ...
@@ -36,6 +38,12 @@ struct VideoReaderOptions {
 /// For positions that follow somebody's hand: a few seconds of film.
 inline constexpr VideoReaderOptions kScrubbing = {160LL << 20};
 
+/// What `VideoReader::Near` gives.
+struct NearImage {
+    SourceImage picture;
+    bool exact = false;  ///< as `VideoReader::At`
+};
+
 class OpenedVideo;
 
 /// An open video that serves pictures by position. Ascending positions are served by decoding on;
@@ -54,8 +62,14 @@ class VideoReader {
     /// The last frame whose time stamp, from the film's start, is not after duration * position;
     /// the first before that, the last beyond the end. A picture that the decoder gives in spite of
     /// damage comes with a problem; one that it does not give is white, of the stored size, with a
-    /// problem.
-    SourceImage At(double position);
+    /// problem. Null, with a problem, for want of memory; told to stop it gives no picture, and a
+    /// problem of that kind.
+    SourceImage At(double position, const std::stop_token& stop = {});
+
+    /// A picture near the position in the time that a moving hand leaves: decodes towards it for a
+    /// moment and gives the nearest one at hand. Asked again for the same position it comes
+    /// nearer, until it is the one that `At` gives.
+    NearImage Near(double position, const std::stop_token& stop = {});
 
   private:
     explicit VideoReader(std::unique_ptr<OpenedVideo> video);

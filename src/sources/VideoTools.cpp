@@ -1,27 +1,20 @@
 #include "sources/VideoTools.h"
 
+#include "sources/SourceKinds.h"
 #include "sources/StillReader.h"
 #include "sources/VideoEngine.h"
 #include "sources/VideoReader.h"
 
 namespace lumirra::VideoTools {
 
-namespace {
-
-// A picture by what is in the file, whatever its name.
-bool HoldsPicture(const QString& path) {
-    const auto engine = LoadedVideoEngine();
-    return engine && (*engine)->HoldsPicture(path);
-}
-
-}  // namespace
-
 QImage ImageAtPosition(const QString& path, double position) {
     return ReadImageAtPosition(path, position).image;
 }
 
 SourceImage ReadImageAtPosition(const QString& path, double position) {
-    if (IsStillImage(path) || IsPicture(path) || HoldsPicture(path)) {
+    if (const auto kind = ProbeSource(path); !kind) {
+        return {QImage(), kind.failure()};
+    } else if (*kind != SourceKind::Video) {
         return ReadStill(path);
     }
     auto reader = VideoReader::Open(path);
@@ -33,11 +26,16 @@ SourceImage ReadImageAtPosition(const QString& path, double position) {
 }
 
 double Duration(const QString& path) {
-    if (path.isEmpty() || IsStillImage(path)) {
+    if (path.isEmpty() || IsPictureFile(path)) {
         return 0;
     }
     const auto engine = LoadedVideoEngine();
     return engine ? (*engine)->Duration(path) : 0;
+}
+
+DisplayTransform Display(const QString& path) {
+    const auto engine = LoadedVideoEngine();
+    return engine ? (*engine)->Display(path) : DisplayTransform{};
 }
 
 QString TimeLabelAtPosition(const QString& path, double position) {

@@ -2,9 +2,9 @@
 
 #include <QImage>
 #include <QString>
-#include <QStringList>
 #include <optional>
 
+#include "imaging/DisplayTransform.h"
 #include "imaging/Geometry.h"
 #include "imaging/Outcome.h"
 
@@ -19,12 +19,8 @@ struct SourceImage {
 
 namespace VideoTools {
 
-/// "jpg", "jpeg", "png", "tiff", "tif", "gif", "bmp".
-const QStringList& StillImageExtensions();
-/// By extension, any case. Every other path counts as a video.
-bool IsStillImage(const QString& path);
-
-/// The picture shown at `position` (0..1) of a video, or the still picture (position ignored). A
+/// The picture shown at `position` (0..1) of a video, or the still picture (position ignored), by
+/// what is in the file. A
 /// position inside the film whose picture cannot be decoded gives white of the stored size; a file
 /// with no picture at all gives a null picture. Opens the file for this call alone; a run of
 /// positions is better served by `VideoReader`. Any thread.
@@ -33,6 +29,10 @@ SourceImage ReadImageAtPosition(const QString& path, double position);
 
 /// Seconds; 0 when the file is not a readable video.
 double Duration(const QString& path);
+
+/// How the video's pictures are to be shown, for the player; no change when the file is not a
+/// readable video.
+DisplayTransform Display(const QString& path);
 
 /// "hh:mm:ss.t" of that point, tenths truncated.
 QString TimeLabelAtPosition(const QString& path, double position);

@@ -12,6 +12,8 @@
 #include <QSvgRenderer>
 #include <QWidget>
 
+#include "imaging/Words.h"
+
 namespace lumirra {
 namespace {
 
@@ -50,11 +52,8 @@ class DrawnIconEngine : public QIconEngine {
 
     QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State, qreal) override {
         const QColor color = ColorOf(mode);
-        const QString key = QStringLiteral("lumirra/%1/%2x%3/%4")
-                                .arg(name_)
-                                .arg(size.width())
-                                .arg(size.height())
-                                .arg(color.name(QColor::HexArgb));
+        const QString key = Filled(QStringLiteral("lumirra/%1/%2x%3/%4"), name_, size.width(),
+                                   size.height(), color.name(QColor::HexArgb));
         QPixmap picture;
         if (!QPixmapCache::find(key, &picture)) {
             picture = QPixmap(size);

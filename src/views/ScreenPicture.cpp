@@ -2,7 +2,10 @@
 
 #include <QPainter>
 #include <algorithm>
+#include <new>
 #include <vector>
+
+#include "imaging/PictureFormat.h"
 
 namespace lumirra {
 namespace {
@@ -51,10 +54,10 @@ void DrawSmoothly(const QImage& image, const QRect& picture, const QRect& window
     // Where the picture is transparent nothing of what the memory held may shine through.
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     if (picture.width() < image.width() || picture.height() < image.height()) {
-        const QImage premultiplied = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-        painter.drawImage(
-            picture.topLeft(),
-            premultiplied.scaled(picture.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+        const QImage premultiplied = Converted(image, QImage::Format_ARGB32_Premultiplied);
+        painter.drawImage(picture.topLeft(),
+                          Made(premultiplied.scaled(picture.size(), Qt::IgnoreAspectRatio,
+                                                    Qt::SmoothTransformation)));
     } else {
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         painter.drawImage(picture, image);
@@ -64,23 +67,25 @@ void DrawSmoothly(const QImage& image, const QRect& picture, const QRect& window
 }  // namespace
 
 ScreenPicture ScaleForScreen(const QImage& image, const QRect& picture, const QRect& window,
-                             bool smooth) {
+                             bool smooth) try {
     ScreenPicture result;
     if (image.isNull() || picture.isEmpty() || window.isEmpty()) {
         return result;
     }
-    result.image = QImage(window.size(), QImage::Format_ARGB32_Premultiplied);
+    result.image = NewPicture(window.size(), QImage::Format_ARGB32_Premultiplied);
     if (!picture.contains(window)) {
         result.image.fill(Qt::transparent);
     }
     if (smooth) {
         DrawSmoothly(image, picture, window, result.image);
     } else {
-        Sample(image.convertToFormat(QImage::Format_RGBA8888), picture, window, result.image);
+        Sample(AsRgba8888(image), picture, window, result.image);
     }
     const QRect seen = picture.intersected(window).translated(-window.topLeft());
-    result.opaque = AllOpaque(result.image.copy(seen));
+    result.opaque = AllOpaque(Made(result.image.copy(seen)));
     return result;
+} catch (const std::bad_alloc&) {
+    return {};
 }
 
 }  // namespace lumirra

@@ -13,7 +13,8 @@ struct ScreenPicture {
 /// The part of `image` that a window onto it shows. `picture` is the whole picture's rectangle and
 /// `window` what is seen of it, both in device pixels of one coordinate system. What the picture
 /// does not cover stays transparent. `smooth`: averaged when it shrinks, interpolated when it
-/// grows; else one sample a pixel, several times cheaper.
+/// grows; else one sample a pixel, several times cheaper. No picture where there is no memory for
+/// it.
 ScreenPicture ScaleForScreen(const QImage& image, const QRect& picture, const QRect& window,
                              bool smooth);
 

@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QPalette>
 
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 #include "views/style/WindowStyle.h"
 
 namespace lumirra {
@@ -29,7 +29,7 @@ Theme::Theme(QApplication& application)
 
 void Theme::SetChoice(ThemeChoice choice) {
     choice_ = choice;
-    application_.setPalette(PaletteFor(IsDark() ? DarkColours() : LightColours()));
+    application_.setPalette(PaletteFor(IsDark() ? DarkColors() : LightColors()));
 }
 
 bool Theme::IsDark() const {

@@ -1,3 +1,4 @@
+#include <QAction>
 #include <QComboBox>
 #include <QDir>
 #include <QElapsedTimer>
@@ -20,8 +21,8 @@ namespace {
 
 class FrameStory : public WindowTest {
   protected:
-    const QStringList& Paths() { return window.State().frames.Paths(); }
-    const QStringList& Selected() { return window.State().frames.Selected(); }
+    QStringList Paths() { return window.State().frames.Paths(); }
+    QStringList Selected() { return window.State().frames.Selected(); }
     ScrollViewFrames& Strip() { return Find<ScrollViewFrames>("scrollViewFrames"); }
     bool Busy() { return window.RunningJob() != BackgroundJob::Kind::None; }
 
@@ -66,7 +67,8 @@ class FrameStory : public WindowTest {
     }
     QList<int> Numbers() {
         QList<int> numbers;
-        for (const QString& path : Paths()) {
+        const QStringList paths = Paths();
+        for (const QString& path : paths) {
             numbers.append(CounterIn(QImage(path)));
         }
         return numbers;
@@ -117,7 +119,8 @@ TEST_F(FrameStory, CapturesInQuickSuccessionAllArriveWithNamesOfTheirOwn) {
     EXPECT_TRUE(Enabled("buttonAddFrame")) << "nothing is locked meanwhile";
     EXPECT_TRUE(Enabled("sliderBrightness"));
     ASSERT_TRUE(WaitFor([&] { return Paths().size() == 8; }));
-    EXPECT_EQ(QSet<QString>(Paths().begin(), Paths().end()).size(), 8);
+    const QStringList eight = Paths();
+    EXPECT_EQ(QSet<QString>(eight.begin(), eight.end()).size(), 8);
     EXPECT_EQ(FilesLeft().size(), 16);
 
     Edit("sliderVideoPosition", 0.5);
@@ -193,10 +196,17 @@ TEST_F(FrameStory, RemovingTakesFilesAndAsksOnlyForAll) {
     Strip().setFocus();
     QTest::keyClick(&Strip(), Qt::Key_Delete);
     EXPECT_EQ(Paths(), (QStringList{before[0], before[3]}));
-    EXPECT_TRUE(Selected().isEmpty());
-    EXPECT_FALSE(QFile::exists(before[1]) || QFile::exists(ThumbnailPath(before[2])));
-    EXPECT_EQ(FilesLeft().size(), 4);
+    EXPECT_EQ(Selected(), QStringList{before[3]}) << "the next one";
+    EXPECT_EQ(Strip().Current(), 1);
+    EXPECT_EQ(FilesLeft().size(), 8) << "they can come back";
+    window.CurrentProject().Undo();
+    EXPECT_EQ(Paths(), before);
+    EXPECT_EQ(Strip().Look(1), CellLook::Selected);
+    EXPECT_EQ(Strip().Look(3), CellLook::NotSelected);
+    window.CurrentProject().Redo();
     EXPECT_EQ(TextOf("labelFrameCount"), QStringLiteral("2"));
+    QTest::keyClick(&Strip(), Qt::Key_Escape);
+    EXPECT_TRUE(Selected().isEmpty());
     Press("buttonRemoveSelectedFrame");
     EXPECT_EQ(Paths().size(), 2) << "nothing is selected";
 
@@ -209,9 +219,47 @@ TEST_F(FrameStory, RemovingTakesFilesAndAsksOnlyForAll) {
     Press("buttonRemoveAllFrames");
     dialogs.messages.clear();
     EXPECT_TRUE(Paths().isEmpty());
-    EXPECT_TRUE(FilesLeft().isEmpty());
     Press("buttonRemoveAllFrames");
     EXPECT_TRUE(dialogs.messages.isEmpty()) << "nothing to ask about";
+    testing::internal::CaptureStdout();
+    window.CleanTemporaryFiles();
+    const std::string printed = testing::internal::GetCapturedStdout();
+    EXPECT_EQ(printed.rfind("Remove failed: " + before[0].toStdString(), 0), 0U) << printed;
+    EXPECT_TRUE(FilesLeft().isEmpty());
+}
+
+TEST_F(FrameStory, RangesAreSelectedDuplicatedAndTurnedRound) {
+    FourFrames();
+    Strip().resize(204, 2000);
+    const auto trigger = [&](const char* action) {
+        window.findChild<QAction*>(QLatin1String(action))->trigger();
+    };
+    Click(3);
+    Click(1, Qt::ShiftModifier);
+    EXPECT_EQ(Selected().size(), 3);
+    QTest::keyClick(&Strip(), Qt::Key_Up, Qt::ShiftModifier);
+    EXPECT_EQ(Selected().size(), 4) << "from the frame that was clicked first";
+    Click(1);
+    Click(2, Qt::ShiftModifier);
+    trigger("actionReverseFrames");
+    EXPECT_EQ(Numbers(), (QList<int>{0, 18, 9, 27}));
+    EXPECT_EQ(Selected().size(), 2);
+    trigger("actionDuplicateFrames");
+    EXPECT_EQ(Numbers(), (QList<int>{0, 18, 9, 18, 9, 27}));
+    EXPECT_EQ(Strip().Look(3), CellLook::Selected);
+    EXPECT_EQ(Strip().Look(2), CellLook::NotSelected);
+    QTest::keyClick(&Strip(), Qt::Key_Escape);
+    trigger("actionForthAndBack");
+    EXPECT_EQ(Numbers(), (QList<int>{0, 18, 9, 18, 9, 27, 9, 18, 9, 18}));
+    EXPECT_EQ(FilesLeft().size(), 8) << "copies share their files";
+    trigger("actionSelectAllFrames");
+    Press("buttonRemoveSelectedFrame");
+    EXPECT_TRUE(Paths().isEmpty());
+    for (int i = 0; i < 4; ++i) {
+        trigger("actionUndo");
+    }
+    EXPECT_EQ(Numbers(), (QList<int>{0, 9, 18, 27}));
+    EXPECT_FALSE(window.IsModified());
 }
 
 TEST_F(FrameStory, AnExtractionFillsTheListWhileEverythingIsLocked) {
@@ -258,7 +306,10 @@ TEST_F(FrameStory, AnExtractionFillsTheListWhileEverythingIsLocked) {
     EXPECT_EQ(Paths().mid(0, 7), first);
     AddFrames();
     EXPECT_EQ(Paths().size(), 1);
-    EXPECT_EQ(FilesLeft().size(), 2) << "the old files are gone";
+    window.CurrentProject().Undo();
+    EXPECT_EQ(Paths().size(), 8) << "a run with all it replaced is one step";
+    window.CurrentProject().Undo();
+    EXPECT_EQ(Paths(), first);
 }
 
 TEST_F(FrameStory, EveryPictureBecomesAFrameAndOneThatCannotBeReadIsLeftOut) {
@@ -298,12 +349,15 @@ TEST_F(FrameStory, NewAndCloseStopARunAtTheNextFrame) {
     window.OnFileNew();
     EXPECT_FALSE(Busy());
     EXPECT_TRUE(Paths().isEmpty());
-    EXPECT_TRUE(FilesLeft().isEmpty()) << FilesLeft().join(QLatin1Char(' ')).toStdString();
     EXPECT_EQ(Find<QPushButton>("buttonAddFramesAutomatically").text(),
               QStringLiteral("Add Frames"));
     EXPECT_TRUE(Enabled("buttonSelectVideo"));
+    const auto files = FilesLeft().size();
     QTest::qWait(50);
-    EXPECT_TRUE(FilesLeft().isEmpty());
+    EXPECT_EQ(FilesLeft().size(), files);
+    window.CurrentProject().Undo();
+    EXPECT_EQ(files, 2 * Paths().size()) << "all that was stored can come back, and nothing else";
+    window.CurrentProject().Redo();
 
     OpenVideo(Media("counter-30fps-bframes.mp4"));
     FixedNumber(5000);

@@ -1,68 +1,64 @@
-#include <QCheckBox>
 #include <QDoubleSpinBox>
-#include <QSettings>
 #include <QTest>
-#include <cmath>
 #include <random>
 
 #include "WindowFixture.h"
-#include "app/gif/OutputPreferences.h"
 #include "app/gif/SizeEstimate.h"
 #include "output/SizeText.h"
+#include "settings/ProfileText.h"
+#include "settings/SettingsRecords.h"
 
 namespace lumirra {
 namespace {
 
-class OutputTab : public WindowTest {
-  protected:
-    void SetUp() override {
-        // Of the tests before; the window of the fixture has read its own already.
-        QSettings().clear();
-    }
-    void TearDown() override { QSettings().clear(); }
-};
+using OutputTab = WindowTest;
 
-TEST_F(OutputTab, PreferencesOutliveTheWindowAndLeaveTheProjectAlone) {
-    EXPECT_EQ(window.Preferences(), OutputPreferences());
-    EXPECT_EQ(ValueOf("sliderQuality"), 90);
+TEST_F(OutputTab, QualityLimitAndRepeatingBelongToTheProject) {
     EXPECT_FALSE(Enabled("fieldMaxSize"));
     EXPECT_TRUE(Enabled("textFieldLoopCount"));
-    const ControlValues before = window.Values();
-
-    Edit("sliderQuality", 55);
     Press("checkMaxSize");
+    EXPECT_TRUE(window.IsModified());
+    window.setWindowTitle(QStringLiteral("Lumirra"));
     Find<QDoubleSpinBox>("fieldMaxSize").setValue(2.5);
+    Edit("sliderQuality", 55);
     Press("checkRepeatForever");
+    EXPECT_TRUE(window.IsModified());
     EXPECT_TRUE(Enabled("fieldMaxSize"));
     EXPECT_FALSE(Enabled("textFieldLoopCount")) << "it does not count now";
-    EXPECT_EQ(window.Values(), before);
-    EXPECT_FALSE(window.IsModified());
+    const ControlValues chosen = window.Values();
+    EXPECT_EQ(OutputSettingsOf(chosen).maxBytes, 2'500'000);
+
+    const QString path = folder.filePath(QStringLiteral("p.lmr"));
+    dialogs.saves.push_back(path);
+    window.OnSaveProfile();
     Press("buttonOutputReset");
+    EXPECT_EQ(window.Values(), InitialControlValues());
+    EXPECT_TRUE(Enabled("textFieldLoopCount"));
+    dialogs.files.push_back(QStringList{path});
+    window.OnLoadProfile();
+    EXPECT_EQ(window.Values(), chosen);
+    EXPECT_FALSE(Enabled("textFieldLoopCount"));
     window.OnFileNew();
-
-    const OutputPreferences chosen{55, true, 2.5, true};
-    EXPECT_EQ(window.Preferences(), chosen);
+    EXPECT_EQ(window.Values(), InitialControlValues());
+    EXPECT_FALSE(Enabled("fieldMaxSize"));
     const ViewController next(theme, dialogs, folder.path());
-    EXPECT_EQ(next.Preferences(), chosen);
-
-    const GifRequest request = WithPreferences({}, chosen);
-    EXPECT_EQ(request.quality, 55);
-    EXPECT_EQ(request.maxBytes, 2'500'000);
-    EXPECT_TRUE(request.repeatForever);
-    const GifRequest plain = WithPreferences({}, {});
-    EXPECT_EQ(plain.quality, GifRequest().quality);
-    EXPECT_EQ(plain.maxBytes, 0);
-    EXPECT_FALSE(plain.repeatForever);
+    EXPECT_EQ(next.Values(), InitialControlValues());
 }
 
-TEST_F(OutputTab, DamagedPreferencesAreBroughtIntoRange) {
-    QSettings settings;
-    settings.setValue(QStringLiteral("Output/Quality"), 1000);
-    settings.setValue(QStringLiteral("Output/Megabytes"), QStringLiteral("nan"));
-    settings.setValue(QStringLiteral("Output/LimitsSize"), QStringLiteral("perhaps"));
-    const OutputPreferences kept = LoadOutputPreferences();
-    EXPECT_EQ(kept.quality, 100);
-    EXPECT_EQ(kept.megabytes, OutputPreferences().megabytes);
+TEST_F(OutputTab, WhatALaterVersionKeptInTheProfileStays) {
+    const QString path = folder.filePath(QStringLiteral("later.lmr"));
+    const Profile later{{}, {{QStringLiteral("speed"), 2}}};
+    ASSERT_TRUE(SaveProfile(later, path));
+    dialogs.files.push_back(QStringList{path});
+    window.OnLoadProfile();
+    Edit("sliderQuality", 55);
+    window.OnSaveProfile();
+    EXPECT_EQ(LoadProfile(path)->unknown, later.unknown);
+    window.OnFileNew();
+    Edit("sliderQuality", 55);
+    dialogs.saves.push_back(path);
+    window.OnSaveProfile();
+    EXPECT_TRUE(LoadProfile(path)->unknown.isEmpty());
 }
 
 class SizeLine : public testing::Test {
@@ -78,8 +74,8 @@ class SizeLine : public testing::Test {
                     image.setPixelColor(x, y, QColor::fromRgb(static_cast<QRgb>(random())));
                 }
             }
-            request.framePaths << folder.filePath(QStringLiteral("%1.png").arg(i));
-            EXPECT_TRUE(image.save(request.framePaths.back()));
+            request.frames.push_back({folder.filePath(QStringLiteral("%1.png").arg(i)), {}, {}});
+            EXPECT_TRUE(image.save(request.frames.back().path));
         }
         request.destination = folder.filePath(QStringLiteral("out.gif"));
         return request;
@@ -102,7 +98,7 @@ TEST_F(SizeLine, FollowsFramesAndQuality) {
     EXPECT_EQ(line.text(), QStringLiteral("About ") + Written(request));
 
     request.quality = 20;
-    request.framePaths.removeLast();
+    request.frames.pop_back();
     estimate.Follow(request);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !estimate.IsBusy(); }));
     EXPECT_EQ(line.text(), QStringLiteral("About ") + Written(request));

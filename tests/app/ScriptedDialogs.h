@@ -6,7 +6,7 @@
 #include <functional>
 #include <utility>
 
-#include "app/Dialogs.h"
+#include "app/dialogs/Dialogs.h"
 
 namespace lumirra {
 

@@ -1,8 +1,11 @@
+#include <QAction>
 #include <QCheckBox>
+#include <QDoubleSpinBox>
 #include <QRadioButton>
 #include <QTest>
 
 #include "WindowFixture.h"
+#include "settings/ProfileText.h"
 #include "settings/ValueRules.h"
 #include "views/controls/ColorWell.h"
 #include "views/controls/PopUp.h"
@@ -97,6 +100,11 @@ void Disturb(const ControlRow& row, QWidget& widget) {
             range.EditValue((range.value() + far) / 2);
             break;
         }
+        case ControlKind::Number: {
+            auto& number = *qobject_cast<QDoubleSpinBox*>(&widget);
+            number.setValue(number.value() / 2);
+            break;
+        }
         case ControlKind::Check:
             qobject_cast<QCheckBox*>(&widget)->click();
             break;
@@ -150,7 +158,7 @@ TEST_F(SettingsStory, EachResetRestoresItsGroupAndNothingElse) {
         }
         Settle();
         const ControlValues disturbed = window.Values();
-        window.setWindowTitle(QStringLiteral("Lumirra"));
+        ForgetChanges();
         Press(reset.button);
         const bool expectRender =
             reset.renders && (!reset.onlyWhenOn || disturbed.IsOn(*reset.onlyWhenOn));
@@ -173,7 +181,7 @@ TEST_F(SettingsStory, AnEffectsSliderRendersOnlyWhileItsCheckBoxIsOn) {
         if (row.kind != ControlKind::Slider || !row.change.onlyWhenOn) {
             continue;
         }
-        window.setWindowTitle(QStringLiteral("Lumirra"));
+        ForgetChanges();
         Disturb(row, Outlet(row.name));
         EXPECT_FALSE(window.State().updating) << row.name.data();
         EXPECT_TRUE(window.IsModified()) << row.name.data();
@@ -191,7 +199,7 @@ TEST_F(SettingsStory, CommittingTheSameTextTwiceRendersOnce) {
     EXPECT_TRUE(window.State().updating);
     EXPECT_EQ(ValueOf("stepperTextFontSize"), 40.0F);
     Settle();
-    window.setWindowTitle(QStringLiteral("Lumirra"));
+    ForgetChanges();
     Type("textFieldTextFontSize", QStringLiteral("40"));
     EXPECT_FALSE(window.State().updating);
     EXPECT_FALSE(window.IsModified());
@@ -227,7 +235,7 @@ TEST_F(SettingsStory, AFieldLeftWithoutAnEditKeepsItsFraction) {
     OpenVideo(Media("counter-30fps-bframes.mp4"));
     Type("textFieldDimensionsWidth", QStringLiteral("150"));
     EXPECT_EQ(FieldText("textFieldResizeTo"), QStringLiteral("46.875"));
-    window.setWindowTitle(QStringLiteral("Lumirra"));
+    ForgetChanges();
     for (const char* field : {"textFieldResizeTo", "textFieldDimensionsWidth"}) {
         Q_EMIT Find<QLineEdit>(field).editingFinished();
     }
@@ -240,6 +248,93 @@ TEST_F(SettingsStory, AFieldLeftWithoutAnEditKeepsItsFraction) {
     Settle();
     Q_EMIT Find<QLineEdit>("textFieldTextFontSize").editingFinished();
     EXPECT_EQ(ValueOf("stepperTextFontSize"), 30.0F);
+}
+
+TEST_F(SettingsStory, EnterAppliesTheRuleToWhatAProfileBrought) {
+    Profile odd;
+    odd.values.SetText(Control::TextFieldFixedNumberOfFrames, QStringLiteral("abc"));
+    odd.values.SetText(Control::TextFieldTextOpacity, QStringLiteral("999"));
+    odd.values.SetText(Control::TextFieldText, QStringLiteral("a\u00a0b\nc"));
+    const QString path = folder.filePath(QStringLiteral("odd.lmr"));
+    ASSERT_TRUE(SaveProfile(odd, path));
+    dialogs.files.push_back(QStringList{path});
+    window.OnLoadProfile();
+    EXPECT_EQ(window.Values().Text(Control::TextFieldText), QStringLiteral("a\u00a0b\nc"));
+    const auto enter = [&](const char* field) {
+        auto& line = Find<QLineEdit>(field);
+        line.setEnabled(true);
+        QTest::keyClick(&line, Qt::Key_Return);
+        return line.text();
+    };
+    Q_EMIT Find<QLineEdit>("textFieldTextOpacity").editingFinished();
+    EXPECT_EQ(FieldText("textFieldTextOpacity"), QStringLiteral("999")) << "left without an edit";
+    EXPECT_EQ(enter("textFieldTextOpacity"), QStringLiteral("100"));
+    EXPECT_EQ(ValueOf("stepperTextOpacity"), 100.0F);
+    EXPECT_EQ(enter("textFieldFixedNumberOfFrames"), QStringLiteral("20"));
+
+    OpenVideo(Media("counter-30fps-bframes.mp4"));  // 320 x 180
+    Type("textFieldDimensionsWidth", QStringLiteral("4000"));
+    EXPECT_EQ(enter("textFieldResizeTo"), QStringLiteral("1250"));
+    EXPECT_EQ(enter("textFieldDimensionsWidth"), QStringLiteral("4000"));
+    window.UpdateVideoPreview();
+    Settle();
+    EXPECT_EQ(FieldText("textFieldDimensionsHeight"), QStringLiteral("2250"));
+}
+
+TEST_F(SettingsStory, WhatIsBeingTypedIsKeptAndCountsForACommand) {
+    OpenVideo(Media("counter-30fps-bframes.mp4"));  // 320 x 180
+    auto& width = Find<QLineEdit>("textFieldDimensionsWidth");
+    window.UpdateVideoPreview();
+    width.setText(QStringLiteral("16"));  // not committed yet
+    Settle();
+    EXPECT_EQ(width.text(), QStringLiteral("16")) << "the picture that arrived left it alone";
+    width.setText(QStringLiteral("160"));
+    Press("buttonAddFrame");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window.State().frames.Count() == 1; }, 20000));
+    EXPECT_EQ(QImage(window.State().frames.Paths().first()).size(), QSize(160, 90));
+
+    Find<QLineEdit>("textFieldLoopCount").setText(QStringLiteral("7"));
+    window.findChild<QAction*>(QStringLiteral("actionUndo"))->trigger();
+    EXPECT_EQ(FieldText("textFieldLoopCount"), QStringLiteral("0")) << "typed, then taken back";
+}
+
+TEST_F(SettingsStory, StepsBackAndForthShowInEveryControl) {
+    OpenVideo(Media("counter-30fps-bframes.mp4"));
+    auto& undo = *window.findChild<QAction*>(QStringLiteral("actionUndo"));
+    auto& redo = *window.findChild<QAction*>(QStringLiteral("actionRedo"));
+    Edit("sliderHue", 90);
+    Press("checkVignette");
+    Press("buttonAdjustSettingsReset");
+    EXPECT_EQ(undo.text(), QStringLiteral("&Undo Reset Adjustments"));
+    EXPECT_FALSE(redo.isEnabled());
+    Settle();
+    undo.trigger();
+    EXPECT_EQ(ValueOf("sliderHue"), 90.0F);
+    EXPECT_TRUE(window.State().updating) << "the picture follows";
+    undo.trigger();
+    EXPECT_FALSE(Find<QCheckBox>("checkVignette").isChecked());
+    undo.trigger();
+    EXPECT_EQ(ValueOf("sliderHue"), 0.0F);
+    EXPECT_FALSE(window.IsModified()) << "as it was at the start";
+    undo.trigger();
+    EXPECT_TRUE(window.State().videoPath.isEmpty());
+    EXPECT_TRUE(Picture().isNull());
+    EXPECT_FALSE(undo.isEnabled());
+    for (int i = 0; i < 4; ++i) {
+        redo.trigger();
+    }
+    Settle();
+    EXPECT_TRUE(Find<QCheckBox>("checkVignette").isChecked());
+    EXPECT_EQ(TextOf("labelEndTime"), QStringLiteral("00:00:03.0"));
+    EXPECT_EQ(CounterIn(Picture()), 0);
+
+    dialogs.answers = {Dialogs::FirstButton};
+    window.OnFileNew();
+    EXPECT_EQ(window.Values(), InitialControlValues());
+    undo.trigger();
+    Settle();
+    EXPECT_TRUE(Find<QCheckBox>("checkVignette").isChecked()) << "New is undone too";
+    EXPECT_FALSE(Picture().isNull());
 }
 
 TEST_F(SettingsStory, CommandIsCtrlAlone) {

@@ -1,9 +1,16 @@
+#include <unistd.h>
+
+#include <QCheckBox>
 #include <QFile>
 #include <QMimeData>
+#include <QTabWidget>
 #include <QTest>
 
 #include "WindowFixture.h"
 #include "imaging/Effects.h"
+#include "imaging/files/FileName.h"
+#include "imaging/files/FileReplacement.h"
+#include "sources/SourceKinds.h"
 #include "sources/StillReader.h"
 #include "views/controls/SliderCellVideo.h"
 
@@ -14,8 +21,7 @@ using SourceStory = WindowTest;
 
 TEST_F(SourceStory, AVideoIsOpenedSoughtMarkedAndClosed) {
     OpenVideo(Media("counter-30fps-bframes.mp4"));  // 90 frames, 3 s
-    EXPECT_EQ(dialogs.opened.last().extensions.join(QLatin1Char(' ')),
-              QStringLiteral("mov m4v mp4 3gp 3g2"));
+    EXPECT_EQ(dialogs.opened.last().nameFilters, NameFilters(SourceKind::Video));
     EXPECT_EQ(TextOf("labelStartTime"), QStringLiteral("00:00:00.0"));
     EXPECT_EQ(TextOf("labelEndTime"), QStringLiteral("00:00:03.0"));
     EXPECT_EQ(CounterIn(Picture()), 0);
@@ -206,6 +212,23 @@ TEST_F(SourceStory, FilesNamedAtTheStartAreOpenedOrRefusedInWords) {
     EXPECT_EQ(TextOf("labelImageNumber"), QStringLiteral("1/3"));
 }
 
+TEST_F(SourceStory, NamesThatAreNoTextOpenAndPlay) {
+    const QString clip = folder.path() + QLatin1Char('/') + FileText("m\xFCller \xFF 100%41.mp4");
+    ASSERT_TRUE(ReplaceByCopy(clip, Media("counter-30fps-bframes.mp4"), FileKind::Working));
+    window.OpenFiles({clip});
+    Settle();
+    EXPECT_EQ(window.State().videoPath, clip);
+    EXPECT_EQ(CounterIn(Picture()), 0);
+    Edit("sliderVideoPosition", 0.5);
+    Settle();
+    EXPECT_EQ(CounterIn(Picture()), 45);
+    Press("buttonPlayVideo");
+    QTest::qWait(1500);
+    EXPECT_TRUE(dialogs.messages.isEmpty()) << qPrintable(dialogs.messages.join(QLatin1Char(' ')));
+    Press("buttonCloseVideo");
+    EXPECT_EQ(::unlink(FileBytes(clip).constData()), 0);
+}
+
 TEST_F(SourceStory, PlayingStopsAndABrokenFilmIsReported) {
     window.show();
     QCoreApplication::processEvents();
@@ -231,6 +254,66 @@ TEST_F(SourceStory, PlayingStopsAndABrokenFilmIsReported) {
     EXPECT_TRUE(window.IsPlaying());
     Edit("sliderVideoPosition", 0);
     EXPECT_FALSE(window.IsPlaying()) << "a new preview ends playing";
+    Settle();
+}
+
+TEST_F(SourceStory, PicturesReplaceAVideoAlsoWhenPicturesCameBefore) {
+    OpenImages({Media("photo.jpg"), Media("photo.bmp")});
+    OpenVideo(Media("counter-2997.mov"));
+    EXPECT_FALSE(Enabled("buttonPreviousImage")) << "hidden, so nothing can press it";
+    EXPECT_FALSE(Enabled("buttonNextImage"));
+    OpenImages({Media("photo-grey.png")});
+    EXPECT_TRUE(window.State().videoPath.isEmpty());
+    EXPECT_EQ(TextOf("labelImageNumber"), QStringLiteral("1/1"));
+    EXPECT_EQ(Picture(), ReadStill(Media("photo-grey.png")).image);
+    window.OnPreviousImage();
+    window.OnNextImage();
+    EXPECT_EQ(window.State().currentImageNumber, 0);
+}
+
+TEST_F(SourceStory, AMarkerTellsTheTimeItWasSetAtWhileThePictureIsLate) {
+    OpenVideo(Media("counter-30fps-bframes.mp4"));  // 3 s
+    Edit("sliderVideoPosition", 0.5);
+    ASSERT_TRUE(window.State().updating);
+    Press("buttonMarkAsEndTime");
+    EXPECT_EQ(TextOf("labelEndTime"), QStringLiteral("00:00:01.5"));
+    window.CurrentProject().Undo();
+    EXPECT_EQ(TextOf("labelEndTime"), QStringLiteral("00:00:03.0"));
+    EXPECT_EQ(window.State().endPosition, 1.0F);
+    Settle();
+}
+
+TEST_F(SourceStory, KeysDoWhatTheShortcutsPageSays) {
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    OpenImages({Media("photo.jpg"), Media("photo.bmp"), Media("photo-grey.png")});
+    QTest::keyClick(&window, Qt::Key_Period);
+    QTest::keyClick(&window, Qt::Key_Period);
+    QTest::keyClick(&window, Qt::Key_Comma);
+    EXPECT_EQ(window.State().currentImageNumber, 1);
+    Settle();
+
+    OpenVideo(Media("counter-with-sound.m4v"));
+    auto& button = Find<QPushButton>("buttonMarkAsStartTime");
+    QTest::mouseClick(&button, Qt::LeftButton);
+    EXPECT_FALSE(button.hasFocus()) << "a click leaves the keyboard where it is";
+    QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+    EXPECT_TRUE(window.IsPlaying());
+    QTest::keyClick(&window, Qt::Key_Space);
+    EXPECT_FALSE(window.IsPlaying());
+    Edit("sliderVideoPosition", 0.5);
+    QTest::keyClick(&window, Qt::Key_O);
+    EXPECT_EQ(window.State().endPosition, 0.5F);
+    Edit("sliderVideoPosition", 0.25);
+    QTest::keyClick(&window, Qt::Key_I);
+    EXPECT_EQ(window.State().startPosition, 0.25F);
+    auto& check = Find<QCheckBox>("checkCartoon");
+    Find<QTabWidget>("tabViewSettings").setCurrentIndex(2);
+    check.setFocus();
+    QTest::keyClick(&check, Qt::Key_Space);
+    EXPECT_TRUE(check.isChecked()) << "the control itself uses Space";
+    EXPECT_FALSE(window.IsPlaying());
     Settle();
 }
 

@@ -83,10 +83,16 @@ class WindowTest : public testing::Test {
         Settle();
     }
 
+    /// As if all that was changed so far had been saved.
+    void ForgetChanges() {
+        window.CurrentProject().MarkSaved(QString(), QStringLiteral("Lumirra"));
+    }
+
     QTemporaryDir folder;
     ScriptedDialogs dialogs;
     Theme theme{*qApp};
-    ViewController window{theme, dialogs, folder.path()};
+    ViewController window{theme, dialogs, folder.path(),
+                          QUrl(QStringLiteral("https://example.org/rate"))};
 };
 
 }  // namespace lumirra

@@ -1,13 +1,20 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QFile>
 #include <QLabel>
+#include <QMessageBox>
 #include <QSplitter>
 #include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
 
-#include "app/MainWindow.h"
+#include "app/dialogs/QtDialogs.h"
+#include "app/window/HelpPages.h"
+#include "app/window/MainWindow.h"
 #include "settings/Control.h"
 #include "views/Theme.h"
 #include "views/controls/RangeControl.h"
@@ -113,7 +120,7 @@ TEST(MainWindow, NothingIsClippedAtTheSmallestSizes) {
     }
 }
 
-TEST(MainWindow, ThemesChangeTheColoursOfTheWholeWindow) {
+TEST(MainWindow, ThemesChangeTheColorsOfTheWholeWindow) {
     Window shown;
     shown.window.resize(1180, 720);
     shown.window.show();
@@ -139,6 +146,49 @@ TEST(MainWindow, RemembersItsSplitters) {
     again.window.show();
     EXPECT_NEAR(again.window.findChild<QSplitter*>(QStringLiteral("splitterMain"))->sizes().at(2),
                 width, 2);
+}
+
+TEST(MainWindow, ThePageOfShortcutsNamesTheKeysOfAllCommands) {
+    Window shown;
+    QStringList named;
+    for (const ShortcutRow& row : ShortcutRows()) {
+        named << QString::fromLatin1(row.keys).split(QStringLiteral(", "));
+    }
+    int found = 0;
+    for (const QAction* action : shown.window.findChildren<QAction*>()) {
+        const QString keys = action->shortcut().toString(QKeySequence::PortableText);
+        if (!keys.isEmpty() && action->objectName() != QLatin1String("actionKeyboardShortcuts")) {
+            EXPECT_EQ(named.count(keys), 1) << qPrintable(keys);
+            ++found;
+        }
+    }
+    const auto menuKeys = std::count_if(named.cbegin(), named.cend(), [](const QString& keys) {
+        return (keys.startsWith(QStringLiteral("Ctrl+")) && keys != QLatin1String("Ctrl+Space")) ||
+               keys.startsWith(QLatin1Char('F'));
+    });
+    EXPECT_EQ(found, menuKeys) << "no key is promised that no command has";
+}
+
+TEST(Alerts, ButtonsStandInTheOrderGivenAndEscapeRefuses) {
+    Window shown;
+    shown.window.show();
+    const QStringList texts{QStringLiteral("Rate it now"), QStringLiteral("Later"),
+                            QStringLiteral("Never")};
+    QStringList seen;
+    QTimer::singleShot(50, qApp, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        QList<QAbstractButton*> buttons = box->buttons();
+        std::sort(
+            buttons.begin(), buttons.end(),
+            [](const QAbstractButton* a, const QAbstractButton* b) { return a->x() < b->x(); });
+        for (const QAbstractButton* button : buttons) {
+            seen << button->text();
+        }
+        QTest::keyClick(box, Qt::Key_Escape);
+    });
+    EXPECT_EQ(QtDialogs().ShowAlert(QStringLiteral("?"), texts), Dialogs::SecondButton);
+    EXPECT_EQ(seen, texts);
 }
 
 }  // namespace

@@ -1,22 +1,22 @@
 """Runs lumirra-cli as a user would, in a temporary folder of its own.
 
-usage: test_cli.py LUMIRRA_CLI MEDIA_FOLDER [unittest options]
+usage: test_cli.py LUMIRRA_CLI [unittest options]
 """
 import json
 import os
 import pathlib
 import pty
+import random
 import re
 import shutil
 import signal
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 
 CLI = pathlib.Path(sys.argv.pop(1)).resolve()
-MEDIA = pathlib.Path(sys.argv.pop(1)).resolve()
+CHANGELOG = pathlib.Path(__file__).resolve().parents[2] / "CHANGELOG.md"
 
 FRESH = (
     "0|20|20.0|1|0.1|1.0|0|0.0|1.0|1.0|0.0|1.0|0.0|0|0|0|2.0|0.2|10.0|0|0.8|1.0|0|0.0||1.0|1.0|1.0|"
@@ -103,7 +103,11 @@ class CliTest(unittest.TestCase):
 class Usage(CliTest):
     def test_asking(self):
         self.assertIn("lumirra-cli", self.succeed("--help").stdout)
-        self.assertRegex(self.succeed("--version").stdout, r"^lumirra-cli \d+\.\d+\.\d+\n$")
+        version = self.succeed("--version").stdout
+        [newest] = re.findall(r"^## (\S+) \(", CHANGELOG.read_text(), re.M)[:1]
+        self.assertEqual(version.splitlines()[0], f"lumirra-cli {newest}")
+        for library in "Qt", "fontconfig", "libavcodec":
+            self.assertRegex(version, rf"(?m)^{library} \d+\.\d+\.\d+$")
         settings = self.succeed("--list-settings").stdout
         self.assertIn("sliderBrightness", settings)
         self.assertIn('12="Marker Felt"', settings)
@@ -128,12 +132,17 @@ class Usage(CliTest):
             ([clip, *gif, "--quality", "101"], "--quality"),
             ([clip, *gif, "--quality", "best"], "best"),
             ([clip, *gif, "--max-size", "0"], "--max-size"),
-            ([clip, *gif, "--max-size", "8X"], "8X"),
+            ([clip, *gif, "--max-size", "8X"], "8X"), ([clip, *gif, "--max-size", "999"], "999"),
             ([clip, *gif, "--max-size", "nan"], "--max-size"),
             ([clip, *gif, "--max-size=-1M"], "--max-size"),
             ([clip, *gif, "--loop", "0"], "--loop"),
-            ([clip, *gif, "--loop", "65536"], "--loop"),
+            ([clip, *gif, "--loop", "10001"], "--loop"),
             ([clip, *gif, "--loop", "always"], "always"),
+            ([clip, *gif, "--bounce", "--find-loop"], "no sense"),
+            ([clip, *gif, "--bounce", "--crossfade", "2"], "no sense"),
+            ([clip, *gif, "--speed", "0"], "--speed"), ([clip, *gif, "--every", "0"], "--every"),
+            ([clip, *gif, "--min-loop", "1"], "--find-loop"),
+            ([clip, "--keep-frames", "d", "--reverse"], "need a GIF"),
             ([clip, "--estimate", "--keep-frames", "d"], "--keep-frames"),
             (["--estimate"], "no source"),
             ([clip, *gif, "--set", "sliderBrightness"], "sliderBrightness"),
@@ -194,7 +203,10 @@ class QualityAndSize(CliTest):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        cls.film = MEDIA / "rabbit320.mp4"
+        # Grain and motion, so that the bytes follow the quality.
+        cls.film = cls.clips / "film.mp4"
+        ffmpeg("-f", "lavfi", "-i", "testsrc2=size=320x240:rate=20:duration=10", "-vf",
+               "noise=alls=24:allf=t:all_seed=7,gblur=1", "-pix_fmt", "yuv420p", cls.film)
         cls.short = ["--end", "0.1", "--set", "textFieldFixedIntervalBetweenFrames=0.1"]
 
     def make(self, *options):
@@ -350,6 +362,21 @@ class Making(CliTest):
         self.succeed("-o", "ö 📷.gif", "--", source.name)
         self.assertTrue((self.work / "ö 📷.gif").is_file())
 
+    def test_the_users_own_folders_are_left_alone(self):
+        self.environment.pop("XDG_RUNTIME_DIR", None)
+        photos = self.tmp / "lumirra-photos"
+        photos.mkdir()
+        shutil.copy(self.clips / "red.png", photos)
+        for name in ("lumirra-frames", "lumirra-abcdef"):
+            (self.tmp / name).mkdir()
+        made = self.tmp / "lumirra-frames" / "out.gif"
+        for _ in range(2):
+            result = self.run_cli(photos / "red.png", "-o", made)
+            self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(sorted(str(p.relative_to(self.tmp)) for p in self.tmp.rglob("*")),
+                         ["lumirra", "lumirra-abcdef", "lumirra-frames", "lumirra-frames/out.gif",
+                          "lumirra-photos", "lumirra-photos/red.png"])
+
     def test_same_bytes_for_any_number_of_threads(self):
         files = []
         for threads in (1, 2, 7):
@@ -359,6 +386,85 @@ class Making(CliTest):
             files.append(out.read_bytes())
         self.assertEqual(files[0], files[1])
         self.assertEqual(files[0], files[2])
+
+    def test_names_of_any_bytes(self):
+        for name in (b"100%1 %2 %3.%4", b"gr\xfc\xdf-\xff\xf0\x9f\x98\x80", b"a\nb\x1b[2J"):
+            with self.subTest(name=name):
+                folder = pathlib.Path(os.fsdecode(os.fsencode(self.work) + b"/" + name))
+                folder.mkdir()
+                self.environment["TMPDIR"] = str(folder)
+                def at(ending, folder=folder, name=name):
+                    return folder / os.fsdecode(name + ending)
+                clip, still, gif = at(b".mp4"), at(b".png"), at(b".gif")
+                shutil.copy(self.clip, clip)
+                shutil.copy(self.clips / "red.png", still)
+                made = self.succeed(clip, "-o", gif, "--write-profile", at(b".lmr"),
+                                    "--keep-frames", at(b"-frames"))
+                shown = os.fsencode(gif).decode(errors="replace")
+                shown = "".join("?" if ord(c) < 32 else c for c in shown)
+                self.assertIn(f"{shown}: 21 frames, 160x120, 2.10 s, ", made.stdout)
+                self.assertEqual(len(list(at(b"-frames").iterdir())), 21)
+                self.succeed(still, still, "-p", at(b".lmr"), "-o", gif)
+                self.assertEqual(gif_frames(gif), 2)
+                self.refuse(1, clip, "--keep-frames", at(b"-frames"), saying="already has frames")
+                self.refuse(1, still, "-o", still, saying="is a source")
+                for source in (clip, still):
+                    self.assertIn("Size:", self.succeed("--info", source).stdout)
+                torn = at(b"-torn.jpg")
+                whole = self.work / "whole.jpg"
+                ffmpeg("-i", self.clip, "-vf", "scale=800:600", "-frames:v", "1", "-update", "1", whole)
+                torn.write_bytes(whole.read_bytes()[:whole.stat().st_size // 2])
+                told = self.succeed("--info", torn).stdout
+                self.assertRegex(told, r"torn\.jpg\" is cut short: only \d+ % of the picture")
+
+    def on_a_small_disk(self, kilobytes, *arguments):
+        """Runs it where `disk` is a file system of that size, with p.lmr and old.gif from here on it;
+        gives the run and what is on the disk afterwards. Nobody's rights are ignored, root's
+        neither."""
+        disk, after = self.work / "disk", self.work / "after"
+        disk.mkdir(exist_ok=True)
+        shutil.rmtree(after, ignore_errors=True)
+        after.mkdir()
+        script = ("mount -t tmpfs -o size=$1k lumirra-test disk && shift && cp p.lmr old.gif disk && "
+                  "{ setpriv --bounding-set=-all \"$@\"; code=$?; cp -a disk/. after; exit $code; }")
+        unshare = ["unshare", "-m"] if os.geteuid() == 0 else ["unshare", "-rm"]
+        result = subprocess.run(
+            [*unshare, "sh", "-c", script, "sh", str(kilobytes), CLI, *map(str, arguments)],
+            cwd=self.work, env=self.environment, stdin=subprocess.DEVNULL, capture_output=True,
+            text=True, timeout=300)
+        self.assert_no_leftovers()
+        return result, {p.name: p.read_bytes() for p in after.rglob("*") if p.is_file()}
+
+    def test_a_full_disk_costs_nothing_that_was_there(self):
+        (self.work / "p.lmr").write_bytes(b"old profile\n" * 400)
+        (self.work / "old.gif").write_bytes(b"GIF" + bytes(30_000))
+        before = {name: (self.work / name).read_bytes() for name in ("p.lmr", "old.gif")}
+        # 40 KB are in use: nothing of the new file fits, or only its first pages do.
+        for kilobytes, arguments in (
+            (40, ["--write-profile", "disk/p.lmr"]),
+            (40, [self.clip, "-o", "disk/old.gif"]),
+            (60, [self.clip, "-o", "disk/old.gif"]),
+            (60, [self.clip, "--keep-frames", "disk/frames"]),
+        ):
+            with self.subTest(kilobytes=kilobytes, arguments=arguments):
+                result, after = self.on_a_small_disk(kilobytes, *arguments)
+                self.assertEqual(result.returncode, 1, result.stderr)
+                self.assertIn("the disk is full", result.stderr.splitlines()[-1])
+                self.assertEqual(after, before)
+
+    def test_a_read_only_file_is_replaced_and_stays_one(self):
+        (self.work / "p.lmr").write_bytes(b"old")
+        (self.work / "old.gif").write_bytes(b"old")
+        (self.work / "old.gif").chmod(0o444)
+        (self.work / "p.lmr").chmod(0o444)
+        result, after = self.on_a_small_disk(
+            4000, self.clip, "-o", "disk/old.gif", "--write-profile", "disk/p.lmr",
+            "--keep-frames", "disk/frames")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(after["old.gif"][:3], b"GIF")
+        self.assertEqual((self.work / "after" / "old.gif").stat().st_mode & 0o777, 0o444)
+        self.assertEqual(len(after["p.lmr"].split(b"\n")), 63)
+        self.assertEqual(len(after), 23, "a frame for each picture, moved to the other disk")
 
     def test_kept_frames(self):
         frames = self.work / "frames"
@@ -375,6 +481,86 @@ class Making(CliTest):
         self.succeed(self.clip, "--keep-frames", other)
         self.assertEqual([p.read_bytes() for p in sorted(other.iterdir())],
                          [p.read_bytes() for p in sorted(frames.iterdir())])
+
+
+def delays(path):
+    """The delay of each frame as a foreign decoder reads it, in hundredths."""
+    text = subprocess.run(
+        ["ffprobe", "-v", "error", "-show_entries", "packet=duration_time", "-of", "csv=p=0",
+         str(path)], check=True, capture_output=True, text=True).stdout
+    return [round(100 * float(line)) for line in text.split()]
+
+
+class Editing(CliTest):
+    def colors(self):
+        """Which of red, green and blue each frame shows."""
+        return "".join("rgb"[max(range(3), key=average_color(self.out, i).__getitem__)]
+                       for i in range(gif_frames(self.out)))
+
+    def edit(self, *options):
+        pictures = [self.clips / f"{name}.png" for name in ("red", "green", "blue")]
+        self.succeed(*pictures, "-o", self.out, "--fit", "crop", *options)
+        return self.colors(), delays(self.out)
+
+    def test_order_and_delays(self):
+        times = self.work / "times"
+        times.write_text("0.5\n0.07\r\n1.25\n\n")
+        self.assertEqual(self.edit("--delays", times), ("rgb", [50, 7, 125]))
+        self.assertEqual(self.edit("--delays", times, "--reverse"), ("bgr", [125, 7, 50]))
+        self.assertEqual(self.edit("--bounce", "--delay-last", 2), ("rgbg", [10, 10, 10, 200]))
+        self.assertEqual(self.edit("--every", 2, "--speed", 0.5), ("rb", [20, 20]))
+        self.assertEqual(self.edit("--delays", times, "--speed", 3), ("rgb", [17, 2, 42]))
+        for text, saying in (("0.5\n", "1 delays for 3"), ("1\n2\n3\n4\n", "Line 4"),
+                             ("1\nx\n3\n", "Line 2"), ("1\n0\n3\n", "Line 2")):
+            times.write_text(text)
+            self.refuse_after_frames(saying, "--delays", times)
+        self.refuse_after_frames("less than 0.01", "--speed", 50)
+        self.refuse_after_frames("at least 4 frames", "--crossfade", 2)
+
+    def refuse_after_frames(self, saying, *options):
+        result = self.run_cli("-q", self.clips / "red.png", self.clips / "green.png",
+                              self.clips / "blue.png", "-o", self.work / "no.gif", *options)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(saying, result.stderr)
+        self.assertFalse((self.work / "no.gif").exists())
+        self.assert_no_leftovers()
+
+    def test_a_loop_is_found_to_the_frame_and_faded(self):
+        wave = self.work / "wave.mp4"
+        ffmpeg("-f", "lavfi", "-i", "color=black:size=96x64:rate=20:duration=5,format=rgb24,"
+               "geq=r='128+90*sin(2*PI*(X/96+T/1.7))':g='128+90*sin(2*PI*(Y/64-2*T/1.7))':b=60",
+               "-pix_fmt", "yuv420p", wave)
+        step = ["--set", "textFieldFixedIntervalBetweenFrames=0.05"]
+        told = self.succeed(wave, "-o", self.out, *step, "--find-loop").stdout
+        self.assertEqual(gif_frames(self.out), 34, told)
+        self.assertRegex(told, r"Loop: frames \d+ to \d+, whose ends differ by \d")
+        self.succeed(wave, "-o", self.out, *step, "--find-loop", "--min-loop", 4)
+        self.assertEqual(gif_frames(self.out), 68)
+        self.succeed(wave, "-o", self.out, "--crossfade", 5)
+        self.assertEqual(gif_frames(self.out), 51 - 5)
+
+    def test_presets(self):
+        self.assertRegex(self.succeed("--list-presets").stdout, r"(?m)^slack-emoji .* 50 frames")
+        self.succeed(self.clip, "-o", self.out, "--preset", "slack-emoji")
+        self.assertEqual(gif_size(self.out), (128, 96))
+        self.assertLessEqual(self.out.stat().st_size, 128_000)
+        for options, saying in (
+            (["--set", "textFieldDimensionsWidth=150"], "128x96 would fit"),
+            (["--set", "textFieldFixedIntervalBetweenFrames=0.02"], "--every 3 would do"),
+        ):
+            self.refuse(1, self.clip, "-o", "no.gif", "--preset", "slack-emoji", *options,
+                        saying=saying)
+        self.refuse(2, self.clip, "-o", "no.gif", "--preset", "moon", saying="github")
+        own = self.work / "config" / "lumirra" / "presets.json"
+        own.parent.mkdir(parents=True)
+        self.environment["XDG_CONFIG_HOME"] = str(own.parent.parent)
+        own.write_text('[{"name": "moon", "maxWidth": 40, "maxSeconds": 1}]')
+        result = self.run_cli("-q", self.clip, "-o", self.out, "--preset", "moon")
+        self.assertIn("--speed 2.1 would do", result.stderr)
+        self.succeed(self.clip, "-o", self.out, "--preset", "moon", "--speed", 2.1)
+        self.assertEqual((gif_size(self.out), sum(delays(self.out))), ((40, 30), 100))
+        own.write_text("[")
+        self.refuse(2, self.clip, "-o", self.out, "--preset", "moon", saying="not understood")
 
 
 class Profiles(CliTest):
@@ -394,6 +580,47 @@ class Profiles(CliTest):
         self.assertEqual(self.out.read_bytes(), again.read_bytes())
         lines = (self.work / "p.lmr").read_text().split("\n")
         self.assertEqual((lines[24], lines[54], lines[55], lines[59]), ("Grüße", "80", "60", "3.0"))
+
+    def test_the_tail_carries_quality_limit_and_repeating(self):
+        self.succeed("--quality", 40, "--max-size", "256K", "--loop", "forever", "--write-profile",
+                     "p.lmr")
+        stored = (self.work / "p.lmr").read_bytes()
+        self.assertTrue(stored.startswith(FRESH))
+        self.assertEqual(json.loads(stored[len(FRESH):]),
+                         {"lumirra": 1, "sliderQuality": 40, "checkMaxSize": True,
+                          "fieldMaxSize": 0.256, "checkRepeatForever": True})
+        again = self.work / "again.gif"
+        self.succeed(self.clip, "-o", self.out, "--quality", 40, "--loop", "forever")
+        self.succeed(self.clip, "-o", again, "-p", "p.lmr")
+        self.assertEqual(self.out.read_bytes(), again.read_bytes())
+        self.succeed(self.clip, "-o", again, "-p", "p.lmr", "--quality", 90, "--loop", "once",
+                     "--set", "checkMaxSize=0", "--set", "sliderQuality=5")
+        self.succeed(self.clip, "-o", self.out)
+        self.assertEqual(self.out.read_bytes(), again.read_bytes(), "options win")
+
+        later = FRESH + b'{"lumirra":2,"speed":[1,2]}'
+        (self.work / "p.lmr").write_bytes(later)
+        self.succeed("-p", "p.lmr", "--quality", 40, "--write-profile", "q.lmr")
+        self.assertEqual(json.loads((self.work / "q.lmr").read_bytes()[len(FRESH):]),
+                         {"lumirra": 1, "speed": [1, 2], "sliderQuality": 40})
+
+    def test_a_size_that_was_set_is_the_profiles_too(self):
+        tiny = self.clips / "tiny.mp4"
+        ffmpeg("-i", self.clip, "-vf", "scale=32:24", "-frames:v", "3", tiny)
+        for name, value in (("Width", 512), ("Height", 77)):
+            self.succeed(tiny, "-o", self.out, "--set", f"textFieldDimensions{name}={value}",
+                         "--write-profile", "p.lmr")
+            again = self.work / "again.gif"
+            self.succeed(tiny, "-o", again, "-p", "p.lmr")
+            self.assertEqual(self.out.read_bytes(), again.read_bytes())
+        self.succeed(self.clips / "red.png", "-o", self.out, "--set", "textFieldDimensionsWidth=960")
+        self.assertEqual(gif_size(self.out), (960, 720))
+        self.refuse(1, tiny, "--set", "textFieldDimensionsWidth=512", "--set",
+                    "textFieldDimensionsHeight=512", "--write-profile", "q.lmr",
+                    saying="512x512 cannot be made, 512x384 could")
+        self.refuse(2, "--set", "textFieldDimensionsWidth=512", "--write-profile", "q.lmr",
+                    saying="needs a source")
+        self.assertFalse((self.work / "q.lmr").exists())
 
     def test_stored_dimensions_do_not_count(self):
         lines = FRESH.decode().split("\n")
@@ -421,11 +648,9 @@ class Stopping(CliTest):
             if marker in line:
                 break
         process.send_signal(number)
-        stopped = time.monotonic()
         _, errors = process.communicate(timeout=60)
         self.assertEqual(process.returncode, 1, errors)
         self.assertIn("Stopped", errors)
-        self.assertLess(time.monotonic() - stopped, 20)
         self.assertEqual(self.out.read_bytes(), b"old")
         self.assertEqual([p.name for p in self.work.iterdir()], ["out.gif"])
         self.assert_no_leftovers()
@@ -473,39 +698,69 @@ class Info(CliTest):
         self.refuse(1, "--info", self.work, saying="folder")
 
 
-@unittest.skipUnless(MEDIA.is_dir() or "CI" in os.environ, "the folder of sample media is not here")
 class Media(CliTest):
-    """The shared clips: a missing one is a failure."""
-
     def test_rotation_is_told(self):
-        facts = json.loads(
-            self.succeed("--info", MEDIA / "counter-rotated-90.mp4", "--json").stdout)
-        self.assertEqual((facts["width"], facts["height"]), (180, 320))
-        self.assertEqual((facts["storedWidth"], facts["storedHeight"]), (320, 180))
+        turned = self.work / "turned.mp4"
+        ffmpeg("-i", self.clip, "-c", "copy", "-metadata:s:v:0", "rotate=90", turned)
+        facts = json.loads(self.succeed("--info", turned, "--json").stdout)
+        self.assertEqual((facts["width"], facts["height"]), (120, 160))
+        self.assertEqual((facts["storedWidth"], facts["storedHeight"]), (160, 120))
+        self.succeed(turned, "-o", self.out)
+        self.assertEqual(gif_size(self.out), (120, 160))
 
     def test_without_any_readable_picture(self):
-        for name in ("bad-empty.mov", "bad-noise.png", "bad-sound-only.m4v", "bad-text.mp4",
-                     "bad-truncated.jpg", "bad-truncated.mp4"):
+        noise = random.Random(5).randbytes(5000)
+        sound = self.work / "sound.m4v"
+        ffmpeg("-f", "lavfi", "-i", "sine=duration=1", "-f", "mp4", sound)
+        photo = self.work / "photo.jpg"
+        ffmpeg("-i", self.clips / "red.png", photo)
+        for name, data in (("empty.mov", b""), ("noise.png", noise), ("text.mp4", b"no film\n"),
+                           ("noise.mp4", noise), ("cut.jpg", photo.read_bytes()[:100]),
+                           ("cut.mp4", self.clip.read_bytes()[:3000]), ("sound.m4v", None)):
             with self.subTest(name):
-                self.assertTrue((MEDIA / name).is_file())
-                self.refuse(1, MEDIA / name, "-o", self.out, saying=name)
+                if data is not None:
+                    (self.work / name).write_bytes(data)
+                self.refuse(1, self.work / name, "-o", self.out, saying=name)
                 self.assertFalse(self.out.exists())
 
     def test_partly_readable(self):
         photo = self.work / "torn.jpg"
-        photo.write_bytes((MEDIA / "photo.jpg").read_bytes()[:30000])
-        for path in (MEDIA / "bad-cut-short.mp4", MEDIA / "bad-scrambled.mov", photo):
+        ffmpeg("-i", self.clip, "-vf", "scale=800:600", "-frames:v", "1", "-update", "1", photo)
+        photo.write_bytes(photo.read_bytes()[:photo.stat().st_size // 2])
+        cut = self.work / "cut.mp4"
+        ffmpeg("-i", self.film(), "-c", "copy", "-movflags", "+faststart", cut)
+        cut.write_bytes(cut.read_bytes()[:cut.stat().st_size * 2 // 3])
+        scrambled = self.work / "scrambled.mov"
+        data = bytearray(self.film().read_bytes())
+        middle = len(data) // 2
+        data[middle:middle + 4000] = random.Random(7).randbytes(4000)
+        scrambled.write_bytes(data)
+        for path in (cut, scrambled, photo):
             with self.subTest(path):
                 result = self.succeed(path, "-o", self.out)
                 self.assertRegex(result.stderr, r"Warning: \d+ of \d+ ")
                 self.assertGreater(gif_frames(self.out), 0)
 
-    def test_photos_make_one_gif_in_order(self):
-        photos = sorted(MEDIA.glob("photo*")) + sorted(MEDIA.glob("ü*"))
-        self.assertGreater(len(photos), 13)
-        result = self.succeed(*photos, "-o", self.out)
-        self.assertEqual(gif_frames(self.out), len(photos))
+    def film(self):
+        """Long enough to be damaged in the middle."""
+        film = self.work / "film.mp4"
+        if not film.exists():
+            ffmpeg("-f", "lavfi", "-i", "testsrc2=size=320x240:rate=10:duration=6", "-g", "10",
+                   "-pix_fmt", "yuv420p", film)
+        return film
+
+    def test_pictures_of_every_kind_make_one_gif_in_order(self):
+        pictures = []
+        for i, kind in enumerate(("jpg", "png", "tif", "bmp", "gif", "jp2")):
+            pictures.append(self.work / f"ü {i}.{kind}")
+            ffmpeg("-i", self.clips / ("red.png", "green.png", "blue.png")[i % 3], "-update", "1",
+                   "-frames:v", "1", pictures[-1])
+        result = self.succeed(*pictures, "-o", self.out, "--fit", "crop")
+        self.assertEqual(gif_frames(self.out), len(pictures))
         self.assertNotIn("Warning", result.stderr)
+        for i in range(len(pictures)):
+            color = average_color(self.out, i)
+            self.assertEqual(max(color), color[i % 3], (i, color))
 
     def test_no_window_library(self):
         libraries = subprocess.run(["ldd", CLI], check=True, capture_output=True, text=True).stdout

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "imaging/Caption.h"
+#include "imaging/CaptionFonts.h"
 #include "imaging/CropGeometry.h"
 #include "imaging/CropScale.h"
 #include "imaging/Render.h"
@@ -19,7 +20,7 @@ CaptionStyle Style(const QString& text, int position = 0) {
     style.text = text;
     style.fontName = QStringLiteral("DejaVu Sans");
     style.fontSize = 40;
-    style.positionIndex = position;
+    style.position = static_cast<CaptionPosition>(position);
     return style;
 }
 
@@ -38,17 +39,6 @@ QRect Painted(const QImage& layer, int leastAlpha = 128) {
 
 QRect PaintedBy(const CaptionStyle& style, int width = 640, int height = 480) {
     return Painted(RenderTextLayer(width, height, style));
-}
-
-TEST(Caption, FontsFallBackToTheFirstInstalled) {
-    const QStringList installed = QFontDatabase::families();
-    ASSERT_FALSE(installed.isEmpty());
-    for (int i = 0; i < 20; ++i) {
-        const QString wanted = CaptionFontNames().at(i);
-        EXPECT_EQ(FontNameForIndex(i), installed.contains(wanted) ? wanted : installed.first());
-    }
-    EXPECT_TRUE(FontNameForIndex(-1).isEmpty());
-    EXPECT_TRUE(FontNameForIndex(20).isEmpty());
 }
 
 TEST(Caption, FivePositionsAndOffsets) {
@@ -106,9 +96,12 @@ TEST(Caption, RightToLeftTextIsShapedAndStaysAtItsPlace) {
     EXPECT_FALSE(shaped.isNull());
     EXPECT_NE(shaped.width(), PaintedBy(Style(apart, 0)).width());
     EXPECT_LE(shaped.left(), 8);
+    // The first letters give the direction: what stands first stands at the right.
+    EXPECT_EQ(RenderTextLayer(640, 480, Style(word + QStringLiteral(" HHH"))),
+              RenderTextLayer(640, 480, Style(QStringLiteral("HHH ") + word)));
 }
 
-TEST(Caption, EmojiKeepTheirColoursAndTheirWidthUnderTheOutline) {
+TEST(Caption, EmojiKeepTheirColorsAndTheirWidthUnderTheOutline) {
     if (!QFontDatabase::families().contains(QStringLiteral("Noto Color Emoji"))) {
         FAIL() << "no colour emoji font is installed";
     }
@@ -119,17 +112,17 @@ TEST(Caption, EmojiKeepTheirColoursAndTheirWidthUnderTheOutline) {
     EXPECT_LE(std::abs(outlined.right() - plain.right()), 2);
     const QImage layer = RenderTextLayer(640, 480, style);
     EXPECT_EQ(Painted(layer), outlined);  // a second layout measures like the first
-    int coloured = 0;
+    int colored = 0;
     for (int y = outlined.top(); y <= outlined.bottom(); ++y) {
         for (int x = outlined.left(); x <= outlined.right(); ++x) {
             const QColor color = layer.pixelColor(x, y);
-            coloured += color.alpha() > 200 && color.saturation() > 120 ? 1 : 0;
+            colored += color.alpha() > 200 && color.saturation() > 120 ? 1 : 0;
         }
     }
-    EXPECT_GT(coloured, 100);
+    EXPECT_GT(colored, 100);
 }
 
-TEST(Caption, OpacityAndColourMix) {
+TEST(Caption, OpacityAndColorMix) {
     QImage black(300, 100, QImage::Format_RGBA8888);
     black.fill(Qt::black);
     CaptionStyle style = Style(QString(1, QChar(0x2588)));  // a full block
@@ -210,6 +203,23 @@ TEST(Caption, OverlayIsTheLayerBlendedOnAnyThread) {
     }
 }
 
+TEST(Render, AnotherFontTakesThePlaceOfTheListsWithItsStyle) {
+    QImage black(400, 120, QImage::Format_RGBA8888);
+    black.fill(Qt::black);
+    EffectSettings settings;
+    settings.text = QStringLiteral("Hill");
+    settings.fontSize = 60;
+    const auto drawn = [&](const QString& font) {
+        settings.otherFont = font;
+        return RenderPreviewImage(black, settings);
+    };
+    const QImage mono = drawn(QStringLiteral("DejaVu Sans Mono"));
+    EXPECT_NE(mono, drawn({}));
+    EXPECT_NE(mono, drawn(QStringLiteral("DejaVu Sans Mono:Bold")));
+    settings.fontIndex = 5;
+    EXPECT_EQ(mono, drawn(QStringLiteral("DejaVu Sans Mono")));
+}
+
 EffectSettings Captioned() {
     EffectSettings settings;
     settings.text = QStringLiteral("Hi there");
@@ -230,7 +240,7 @@ QImage Gradient(int width, int height) {
 
 TEST(Render, VeilCoversWhatTheCropCutsOff) {
     EffectSettings settings;
-    settings.customCropUnit = 1;
+    settings.customCropUnit = CropUnit::Pixels;
     settings.cropX = 40;
     settings.cropY = 10;
     settings.cropWidth = 100;
@@ -264,9 +274,9 @@ TEST(Render, ACapturedPreviewEqualsTheRenderedFrame) {
     fractional.cropHeight = 55.5F;
     EffectSettings automatic = Captioned();
     automatic.autoCropOn = true;
-    automatic.aspectRatioIndex = 2;
+    automatic.aspectRatio = AspectRatio::ThreeToTwo;
     EffectSettings outside = Captioned();
-    outside.customCropUnit = 1;
+    outside.customCropUnit = CropUnit::Pixels;
     outside.cropX = -10.5F;
     for (const EffectSettings& settings : {Captioned(), fractional, automatic, outside}) {
         const CaptureSettings capture{settings, 123, 77};
@@ -281,7 +291,7 @@ TEST(Render, ScaledFramesHaveTheirComputedSize) {
     const QImage image = Gradient(301, 199);
     EffectSettings settings = Captioned();
     settings.autoCropOn = true;
-    settings.aspectRatioIndex = 2;
+    settings.aspectRatio = AspectRatio::ThreeToTwo;
     for (const float percent : {10.0F, 50.0F, 100.0F, 130.0F}) {
         const ImageSize size = ScaledFrameSize(301, 199, settings, percent);
         const QImage frame = RenderFrameScaled(image, settings, percent);

@@ -187,7 +187,7 @@ TEST(DrawScaled, ThreadsDoNotChangePixels) {
 TEST(CropAndResizeCapturedFrame, CropsThenScales) {
     const QImage image = Coordinates(120, 80);
     CaptureSettings settings;
-    settings.effects.customCropUnit = 1;
+    settings.effects.customCropUnit = CropUnit::Pixels;
     settings.effects.cropX = 20;
     settings.effects.cropY = 10;
     settings.effects.cropWidth = 60;

@@ -146,7 +146,7 @@ TEST(EffectChain, LargeBlurAndEdgeCases) {
     EXPECT_EQ(ApplyEffectChain(TestPicture(9, 9, false), settings).pixel(4, 4), qRgb(0, 0, 0));
 }
 
-TEST(EffectChain, InvisibleColoursDoNotBleed) {
+TEST(EffectChain, InvisibleColorsDoNotBleed) {
     QImage image(40, 40, QImage::Format_RGBA8888);
     for (int y = 0; y < 40; ++y) {
         for (int x = 0; x < 40; ++x) {
@@ -219,23 +219,6 @@ TEST(EffectChain, PosterizeByItsFormula) {
             const double step = levels == 0 ? 0 : std::floor(c / 255 * levels + 0.5) / levels;
             const double expected = x % 4 == 3 ? c : 255 * step;
             ASSERT_NEAR(result.constScanLine(1)[x], expected, 0.501) << levels;
-        }
-    }
-}
-
-TEST(EffectChain, BlendByItsFormula) {
-    const QImage base = TestPicture(67, 35, true, 1);
-    const QImage overlay = TestPicture(67, 35, true, 2);
-    for (const float mix : {0.0F, 0.3F, 1.0F, 2.0F}) {
-        const QImage result = BlendPictures(base, overlay, mix, 2);
-        for (int y = 0; y < base.height(); ++y) {
-            for (int i = 0; i < 4 * base.width(); ++i) {
-                const double from = base.constScanLine(y)[i];
-                const double part = overlay.constScanLine(y)[i | 3] / 255.0 * mix;
-                const double blend = from + (overlay.constScanLine(y)[i] - from) * part;
-                const double expected = i % 4 == 3 ? from : std::clamp(blend, 0.0, 255.0);
-                ASSERT_NEAR(result.constScanLine(y)[i], expected, 0.501) << mix;
-            }
         }
     }
 }

@@ -1,11 +1,8 @@
 #include "output/GifQuality.h"
 
-#include <QDir>
 #include <algorithm>
 #include <array>
 #include <cmath>
-
-#include "output/GifDecode.h"
 
 namespace lumirra::test {
 
@@ -211,41 +208,6 @@ GifQuality CompareImages(const std::vector<QImage>& images, const QStringList& f
     const double share = 1.0 / std::max(compared, 1);
     return {sum.psnr * share, sum.psnrb * share, sum.ssim * share, sum.ssimb * share,
             sum.flick / std::max(flickers, 1)};
-}
-
-const std::vector<SampleClip>& SampleClips() {
-    static const std::vector<SampleClip> clips = {
-        {"monster",
-         true,
-         {10321699, .9620, 42.10, .9966, .430},
-         {11893712, .9818, 43.37, .9991, .391}},
-        {"rabbit320",
-         true,
-         {3019042, .9820, 46.23, .9985, .938},
-         {3878140, .9964, 48.43, .9997, .665}},
-        {"bottle-detection",
-         false,
-         {683820, .9820, 43.60, .9967, .084},
-         {1419457, .9945, 48.75, .9988, .127}},
-        {"screencast", false, {690859, .9999, 59.75, 0, .010}, {797052, .9999, 63.08, 0, .010}},
-    };
-    return clips;
-}
-
-QStringList ExtractFrames(const SampleClip& clip, const QString& mediaFolder,
-                          const QString& folder) {
-    const QString file = QString::fromLatin1(clip.name) + QStringLiteral(".mp4");
-    RunProgram(QStringLiteral("ffmpeg"),
-               {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"),
-                QDir(mediaFolder).filePath(file), QStringLiteral("-t"), QStringLiteral("5"),
-                QStringLiteral("-vf"), QStringLiteral("fps=10"),
-                QDir(folder).filePath(QStringLiteral("%04d.png"))});
-    QStringList paths;
-    const QDir made(folder);
-    for (const QString& name : made.entryList({QStringLiteral("*.png")}, QDir::Files, QDir::Name)) {
-        paths.append(made.filePath(name));
-    }
-    return paths;
 }
 
 }  // namespace lumirra::test

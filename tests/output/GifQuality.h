@@ -18,24 +18,4 @@ struct GifQuality {
 /// Compares each image with its frame; the sizes must agree.
 GifQuality CompareImages(const std::vector<QImage>& images, const QStringList& frames);
 
-/// One clip's first five seconds at ten frames a second, and what a well-regarded encoder makes of
-/// these very frames at its default and at its best setting: measured once, in the same terms. On
-/// the screencast ssimb was not measured (0) and flick is what we want at most.
-struct SampleClip {
-    const char* name;
-    bool moving;  ///< else the camera stands still
-    struct Figures {
-        double bytes;
-        double ssim;
-        double psnrb;
-        double ssimb;
-        double flick;
-    } usual, best;
-};
-const std::vector<SampleClip>& SampleClips();
-
-/// Writes the clip's frames as PNG files by ffmpeg; their paths in order.
-QStringList ExtractFrames(const SampleClip& clip, const QString& mediaFolder,
-                          const QString& folder);
-
 }  // namespace lumirra::test

@@ -7,6 +7,7 @@
 #include <QImageReader>
 #include <QTemporaryDir>
 #include <cmath>
+#include <new>
 #include <random>
 
 #include "output/GifDecode.h"
@@ -108,7 +109,7 @@ class GifWriterTest : public testing::Test {
 
     GifRequest Request(const QStringList& paths) const {
         GifRequest request;
-        request.framePaths = paths;
+        request.frames = FramesAt(paths);
         request.destination = Path(QStringLiteral("out.gif"));
         return request;
     }
@@ -338,7 +339,7 @@ TEST_F(GifWriterTest, ManyFramesStayInOrder) {
     }
     GifRequest request = Request({});
     for (int i = 0; i < 10000; ++i) {
-        request.framePaths << paths[i * 7 % 16];
+        request.frames.push_back({paths[i * 7 % 16], {}, {}});
     }
     int last = 0;
     int calls = 0;
@@ -459,6 +460,12 @@ TEST_F(GifWriterTest, FailureAndStopLeaveTheOldFile) {
     EXPECT_EQ(stopped.failure().kind, Failure::Kind::Stopped);
     EXPECT_TRUE(stillOld());
 
+    const auto starved =
+        WriteGif(Request(Store(frames)), {}, [](int, int) { throw std::bad_alloc(); });
+    ASSERT_FALSE(starved);
+    EXPECT_EQ(starved.failure().kind, Failure::Kind::TooLarge);
+    EXPECT_TRUE(stillOld());
+
     GifRequest nowhere = Request({Store(frames[0])});
     nowhere.destination = Path(QStringLiteral("no/such/folder/out.gif"));
     const auto refused = WriteGif(nowhere, {}, {});
@@ -507,20 +514,6 @@ TEST_F(GifWriterTest, HostileSizesAreRefused) {
     const auto refused = WriteGif(Request({bomb}), {}, {});
     ASSERT_FALSE(refused);
     EXPECT_EQ(refused.failure().kind, Failure::Kind::TooLarge);
-}
-
-TEST_F(GifWriterTest, CreateGifRemovesTheOldFileFirst) {
-    const QString path = Path(QStringLiteral("out.gif"));
-    const QStringList frames = {Store(FlatArt(12, 9, 0, false))};
-    testing::internal::CaptureStdout();
-    VideoTools::CreateGif(frames, path, 256, FrameFitMode::CenterOnCanvas, 0.2, 0);
-    EXPECT_EQ(testing::internal::GetCapturedStdout().substr(0, 15), "Remove failed: ");
-    EXPECT_EQ(test::ParseGifFile(path).images.at(0).delay, 20);
-
-    testing::internal::CaptureStdout();
-    VideoTools::CreateGif({}, path, 256, FrameFitMode::CenterOnCanvas, 0.2, 0);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-    EXPECT_FALSE(QFile::exists(path));
 }
 
 }  // namespace

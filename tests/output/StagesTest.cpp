@@ -7,17 +7,16 @@
 #include <string>
 
 #include "output/GifDecode.h"
-#include "output/gif/Tone.h"
-#include "output/gif/palette/Nearest.h"
-#include "output/gif/palette/Palette.h"
-#include "output/gif/search/StringSearch.h"
-#include "output/gif/target/Masking.h"
+#include "output/gif/Masking.h"
+#include "output/gif/Yuv.h"
+#include "output/gif/lzw/LossyLzwSearch.h"
+#include "output/gif/palette/PaletteQuantizer.h"
 
 namespace lumirra::gif {
 namespace {
 
-Picture Blank(int width, int height) {
-    Picture picture{width, height, {}};
+Canvas Blank(int width, int height) {
+    Canvas picture{width, height, {}};
     picture.pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     return picture;
 }
@@ -37,36 +36,36 @@ struct Searched {
     Screen screen;
 };
 
-Searched Search(const Picture& goal, const std::vector<Rgba>& palette, bool exact,
+Searched Search(const Canvas& target, const std::vector<Rgba>& palette, bool exact,
                 const Screen* before, const SearchTuning& tuning = {}) {
     SearchJob job;
     job.tuning = tuning;
-    job.goal = &goal;
+    job.target = &target;
     job.palette = &palette;
     job.exact = exact;
     job.blankScreen = before == nullptr;
     job.waitForRows = [](int) { return true; };
     job.rowsDone = [](int) {};
     Searched result;
-    result.screen = before != nullptr
-                        ? *before
-                        : Screen{Blank(goal.width, goal.height), Blank(goal.width, goal.height)};
-    EXPECT_TRUE(SearchStrings(job, result.screen, result.data));
+    result.screen = before != nullptr ? *before
+                                      : Screen{Blank(target.width, target.height),
+                                               Blank(target.width, target.height)};
+    EXPECT_TRUE(SearchLossyLzw(job, result.screen, result.data));
     result.indices = test::UnpackCodes(result.data);
     return result;
 }
 
 // Every palette size crosses another set of code widths; the longer pictures fill the dictionary.
-TEST(StringSearchTest, PlainReaderGetsTheExactPixelsBack) {
+TEST(LossyLzwSearchTest, PlainReaderGetsTheExactPixelsBack) {
     std::mt19937 random(1);
     for (const std::size_t colors : {1, 2, 3, 4, 5, 16, 17, 100, 254, 255}) {
         const std::vector<Rgba> palette = RandomPalette(colors, random);
         for (const int width : {1, 7, 300}) {
-            Picture goal = Blank(width, 25000 / width / (colors > 16 ? 1 : 4));
+            Canvas target = Blank(width, 25000 / width / (colors > 16 ? 1 : 4));
             std::vector<std::uint8_t> wanted;
             unsigned run = 0;
             std::size_t color = 0;
-            for (Rgba& pixel : goal.pixels) {
+            for (Rgba& pixel : target.pixels) {
                 if (run-- == 0) {
                     run = static_cast<unsigned>(random() % 4) * static_cast<unsigned>(random() % 9);
                     color = random() % colors;
@@ -74,26 +73,26 @@ TEST(StringSearchTest, PlainReaderGetsTheExactPixelsBack) {
                 pixel = palette[color];
                 wanted.push_back(static_cast<std::uint8_t>(color));
             }
-            const Searched first = Search(goal, palette, true, nullptr);
+            const Searched first = Search(target, palette, true, nullptr);
             ASSERT_TRUE(first.indices == wanted) << colors << " colours, width " << width;
-            EXPECT_EQ(first.screen.shown.pixels, goal.pixels);
+            EXPECT_EQ(first.screen.shown.pixels, target.pixels);
 
             // Over a screen that agrees in places, a pixel is kept only where it is right already.
             Screen half = first.screen;
             for (std::size_t i = 0; i < half.shown.Size(); i += 1 + random() % 40) {
                 half.shown.pixels[i] = palette[random() % colors];
             }
-            const Searched second = Search(goal, palette, true, &half);
+            const Searched second = Search(target, palette, true, &half);
             ASSERT_EQ(second.indices.size(), wanted.size());
             for (std::size_t i = 0; i < wanted.size(); ++i) {
                 const bool kept = second.indices[i] == colors;
-                ASSERT_TRUE(kept ? half.shown.pixels[i] == goal.pixels[i]
+                ASSERT_TRUE(kept ? half.shown.pixels[i] == target.pixels[i]
                                  : second.indices[i] == wanted[i]);
             }
-            EXPECT_EQ(second.screen.shown.pixels, goal.pixels);
+            EXPECT_EQ(second.screen.shown.pixels, target.pixels);
 
             // What stands already need not be in the palette, and what is near it is not right.
-            Picture odd = goal;
+            Canvas odd = target;
             Screen standing = half;
             for (std::size_t i = 0; i < odd.Size(); i += 1 + random() % 5) {
                 odd.pixels[i].b ^= 1U;
@@ -104,21 +103,21 @@ TEST(StringSearchTest, PlainReaderGetsTheExactPixelsBack) {
     }
 }
 
-TEST(StringSearchTest, LossyScreenIsWhatTheReaderSees) {
+TEST(LossyLzwSearchTest, LossyScreenIsWhatTheReaderSees) {
     std::mt19937 random(2);
     const std::vector<Rgba> palette = RandomPalette(40, random);
-    Picture goal = Blank(90, 60);
-    for (std::size_t i = 0; i < goal.Size(); ++i) {
+    Canvas target = Blank(90, 60);
+    for (std::size_t i = 0; i < target.Size(); ++i) {
         const auto level = static_cast<std::uint8_t>(i % 90 * 2 + random() % 20);
-        goal.pixels[i] =
+        target.pixels[i] =
             i % 11 == 0 ? Rgba{} : Rgba{level, 100, static_cast<std::uint8_t>(i / 90), 255};
     }
-    const Searched result = Search(goal, palette, false, nullptr);
-    ASSERT_EQ(result.indices.size(), goal.Size());
-    for (std::size_t i = 0; i < goal.Size(); ++i) {
+    const Searched result = Search(target, palette, false, nullptr);
+    ASSERT_EQ(result.indices.size(), target.Size());
+    for (std::size_t i = 0; i < target.Size(); ++i) {
         const Rgba shown = result.indices[i] == 40 ? Rgba{} : palette[result.indices[i]];
         ASSERT_EQ(shown, result.screen.shown.pixels[i]);
-        ASSERT_EQ(shown.a, goal.pixels[i].a) << "neither holes filled nor pixels dropped";
+        ASSERT_EQ(shown.a, target.pixels[i].a) << "neither holes filled nor pixels dropped";
     }
 }
 
@@ -144,7 +143,7 @@ int PlainBits(const std::vector<std::uint8_t>& indices, int codeBits) {
 
 // No choice of colours for so small a picture can be much better than the one searched for, error
 // and bits weighed as the search is told to.
-TEST(StringSearchTest, CloseToTheBestOfAllPictures) {
+TEST(LossyLzwSearchTest, CloseToTheBestOfAllPictures) {
     std::mt19937 random(8);
     double searched = 0;
     double least = 0;
@@ -156,21 +155,21 @@ TEST(StringSearchTest, CloseToTheBestOfAllPictures) {
         for (int c = 0; c < 3; ++c) {
             palette.push_back({near(100 + 8 * c), near(100), near(100), 255});
         }
-        Picture goal = Blank(9, 1);
-        for (Rgba& pixel : goal.pixels) {
+        Canvas target = Blank(9, 1);
+        for (Rgba& pixel : target.pixels) {
             pixel = {near(100 + static_cast<int>(random() % 17)), near(100), near(100), 255};
         }
         SearchJob job;
         job.tuning.lambda = 15;    // enough for strings to be worth an error
-        job.tuning.diffusion = 0;  // so that errors are those of the goal itself
+        job.tuning.diffusion = 0;  // so that errors are those of the target itself
         job.tuning.bandDiffusion = 0;
-        std::vector<float> weights(goal.Size());
-        MaskingRow(goal, 0, weights.data());
+        std::vector<float> weights(target.Size());
+        MaskingRow(target, 0, weights.data());
         const auto cost = [&](const std::vector<std::uint8_t>& indices) {
             double error = 0;
             for (std::size_t i = 0; i < indices.size(); ++i) {
                 error += static_cast<double>(weights[i]) *
-                         Distance(ToneOf(goal.pixels[i]), ToneOf(palette[indices[i]]));
+                         SquaredDistance(YuvOf(target.pixels[i]), YuvOf(palette[indices[i]]));
             }
             return error + static_cast<double>(job.tuning.lambda) * PlainBits(indices, 2);
         };
@@ -182,7 +181,7 @@ TEST(StringSearchTest, CloseToTheBestOfAllPictures) {
             }
             best = std::min(best, cost(indices));
         }
-        const Searched result = Search(goal, palette, false, nullptr, job.tuning);
+        const Searched result = Search(target, palette, false, nullptr, job.tuning);
         const double found = cost(result.indices);
         EXPECT_GE(found, best - 1e-6);
         EXPECT_LE(found, best * 1.5) << round;
@@ -192,39 +191,39 @@ TEST(StringSearchTest, CloseToTheBestOfAllPictures) {
     EXPECT_LE(searched, least * 1.09);
 }
 
-TEST(StringSearchTest, KeptPictureCostsAlmostNothing) {
+TEST(LossyLzwSearchTest, KeptPictureCostsAlmostNothing) {
     std::mt19937 random(3);
     const std::vector<Rgba> palette = RandomPalette(200, random);
-    Picture goal = Blank(640, 360);
-    for (Rgba& pixel : goal.pixels) {
+    Canvas target = Blank(640, 360);
+    for (Rgba& pixel : target.pixels) {
         pixel = palette[random() % 200];
     }
-    const Searched first = Search(goal, palette, true, nullptr);
-    const Searched second = Search(goal, palette, true, &first.screen);
+    const Searched first = Search(target, palette, true, nullptr);
+    const Searched second = Search(target, palette, true, &first.screen);
     EXPECT_LT(second.data.size(), 1200U);
-    EXPECT_EQ(second.screen.shown.pixels, goal.pixels);
+    EXPECT_EQ(second.screen.shown.pixels, target.pixels);
 }
 
 TEST(PaletteTest, FewColorsAreKeptAndCounted) {
     std::mt19937 random(4);
     const std::vector<Rgba> colors = RandomPalette(255, random);
-    Picture picture = Blank(51, 20);
+    Canvas picture = Blank(51, 20);
     for (std::size_t i = 0; i < picture.Size(); ++i) {
         picture.pixels[i] = colors[i % 255];
     }
     EXPECT_EQ(FewColors(picture, 255), colors);
     EXPECT_EQ(FewColors(picture, 254), std::nullopt);
     EXPECT_TRUE(FewColors(Blank(3, 3), 255)->empty());
-    EXPECT_EQ(MakePalette(CountColors(picture, {}), 255).size(), 255U);
-    EXPECT_FALSE(MakePalette(CountColors(Blank(3, 3), {}), 255).empty());
+    EXPECT_EQ(QuantizePalette(CountColors(picture, {}), 255).size(), 255U);
+    EXPECT_FALSE(QuantizePalette(CountColors(Blank(3, 3), {}), 255).empty());
 }
 
-double ErrorOf(const std::vector<Tone>& points, const std::vector<Tone>& centers) {
+double ErrorOf(const std::vector<Yuv>& points, const std::vector<Yuv>& centers) {
     double sum = 0;
-    for (const Tone& point : points) {
+    for (const Yuv& point : points) {
         float least = std::numeric_limits<float>::max();
-        for (const Tone& center : centers) {
-            least = std::min(least, Distance(point, center));
+        for (const Yuv& center : centers) {
+            least = std::min(least, SquaredDistance(point, center));
         }
         sum += least;
     }
@@ -234,17 +233,17 @@ double ErrorOf(const std::vector<Tone>& points, const std::vector<Tone>& centers
 TEST(PaletteTest, CloseToTheBestOfAllPartitions) {
     std::mt19937 random(5);
     for (int round = 0; round < 20; ++round) {
-        Picture picture = Blank(9, 1);
-        std::vector<Tone> points;
+        Canvas picture = Blank(9, 1);
+        std::vector<Yuv> points;
         for (Rgba& pixel : picture.pixels) {
             const auto level = [&] { return static_cast<std::uint8_t>(random() % 256); };
             pixel = {level(), level(), level(), 255};
-            points.push_back(ToneOf(pixel));
+            points.push_back(YuvOf(pixel));
         }
         // Three groups: 3^9 ways to deal nine points out.
         double best = std::numeric_limits<double>::max();
         for (int code = 0; code < 19683; ++code) {
-            std::array<Tone, 3> sums{};
+            std::array<Yuv, 3> sums{};
             std::array<float, 3> counts{};
             for (int i = 0, rest = code; i < 9; ++i, rest /= 3) {
                 const auto group = static_cast<std::size_t>(rest % 3);
@@ -253,7 +252,7 @@ TEST(PaletteTest, CloseToTheBestOfAllPartitions) {
                 sums[group].v += points[static_cast<std::size_t>(i)].v;
                 ++counts[group];
             }
-            std::vector<Tone> centers;
+            std::vector<Yuv> centers;
             for (std::size_t g = 0; g < 3; ++g) {
                 if (counts[g] > 0) {
                     centers.push_back(
@@ -262,9 +261,9 @@ TEST(PaletteTest, CloseToTheBestOfAllPartitions) {
             }
             best = std::min(best, ErrorOf(points, centers));
         }
-        std::vector<Tone> made;
-        for (const Rgba& color : MakePalette(CountColors(picture, {}), 3)) {
-            made.push_back(ToneOf(color));
+        std::vector<Yuv> made;
+        for (const Rgba& color : QuantizePalette(CountColors(picture, {}), 3)) {
+            made.push_back(YuvOf(color));
         }
         EXPECT_LE(made.size(), 3U);
         EXPECT_LT(ErrorOf(points, made), best * 1.6 + 10) << round;
@@ -273,42 +272,15 @@ TEST(PaletteTest, CloseToTheBestOfAllPartitions) {
 
 TEST(PaletteTest, FlatAreasGetTheirVeryColor) {
     std::mt19937 random(6);
-    Picture picture = Blank(100, 100);
+    Canvas picture = Blank(100, 100);
     for (std::size_t i = 0; i < picture.Size(); ++i) {
         const auto grain = static_cast<std::uint8_t>(random() % 8);
         picture.pixels[i] = i % 3 == 0 ? Rgba{static_cast<std::uint8_t>(random() % 256),
                                               static_cast<std::uint8_t>(random() % 256), grain, 255}
                                        : Rgba{201, 55, 17, 255};
     }
-    const std::vector<Rgba> palette = MakePalette(CountColors(picture, {}), 16);
+    const std::vector<Rgba> palette = QuantizePalette(CountColors(picture, {}), 16);
     EXPECT_NE(std::find(palette.begin(), palette.end(), Rgba{201, 55, 17, 255}), palette.end());
-}
-
-TEST(NearestTest, AgreesWithTheWalkOverAllCenters) {
-    std::mt19937 random(7);
-    const auto tones = [&](std::size_t count) {
-        std::vector<Tone> all;
-        for (std::size_t i = 0; i < count; ++i) {
-            all.push_back(ToneOf(static_cast<float>(random() % 256),
-                                 static_cast<float>(random() % 256),
-                                 static_cast<float>(random() % 256)));
-        }
-        return all;
-    };
-    for (const std::size_t count : {0, 1, 15, 16, 17, 33, 100}) {
-        const std::vector<Tone> points = tones(count);
-        const std::vector<Tone> centers = tones(1 + count * 2);
-        std::vector<std::uint8_t> nearest;
-        NearestCenters(points, centers, nearest);
-        ASSERT_EQ(nearest.size(), count);
-        for (std::size_t i = 0; i < count; ++i) {
-            const auto least =
-                std::min_element(centers.begin(), centers.end(), [&](const Tone& a, const Tone& b) {
-                    return Distance(a, points[i]) < Distance(b, points[i]);
-                });
-            EXPECT_EQ(nearest[i], least - centers.begin());
-        }
-    }
 }
 
 }  // namespace

@@ -47,11 +47,18 @@ class Install(unittest.TestCase):
             module.with_suffix(".away").rename(module)
 
     def test_the_help_finds_its_pages_and_pictures(self):
-        pages = list((self.prefix / "share/doc/lumirra/help").glob("*.html"))
+        pages = list((self.prefix / "share/lumirra/help").glob("*.html"))
         self.assertGreaterEqual(len(pages), 3)
         for page in pages:
-            for target in re.findall(r'(?:href|src)="([^"#:]+)"', page.read_text()):
-                self.assertTrue((page.parent / target).exists(), f"{page.name}: {target}")
+            for target in re.findall(r'(?:href|src)="([^":]+)"', page.read_text()):
+                path, _, place = target.partition("#")
+                other = page.parent / path if path else page
+                self.assertTrue(other.exists(), f"{page.name}: {target}")
+                if place:
+                    self.assertIn(f'id="{place}"', other.read_text(), f"{page.name}: {target}")
+        pictures = {path.name for path in (self.prefix / "share/lumirra/images").iterdir()}
+        shown = " ".join(page.read_text() for page in pages)
+        self.assertEqual({name for name in pictures if name not in shown}, set(), "shown nowhere")
 
 
 if __name__ == "__main__":

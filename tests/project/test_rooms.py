@@ -8,6 +8,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 SRC = ROOT / "src"
 ROW = re.compile(r"^\| (\d) \| `(\w+)/` \| [^|]+ \| ([^|]+) \|")
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.M)
+INNER_ROW = re.compile(r"^\| `(\w+)/` \| [^|]+ \| ([^|]+) \|$")
 USES = re.compile(r"lumirra_room\(\s*(\w+)(?:[^)]*?\bUSES((?:\s+[a-z]+)+))?")
 MODULE = re.compile(r"^lumirra_module\((\w+) (\w+)", re.M)
 
@@ -22,6 +23,16 @@ def table():
                 int(match.group(1)),
                 set() if uses == "none" else {u.strip() for u in uses.split(",")},
             )
+    return rooms
+
+
+def inner_table():
+    rooms = {}
+    for line in (SRC / "README.md").read_text().splitlines():
+        match = INNER_ROW.match(line)
+        if match:
+            uses = match.group(2).strip()
+            rooms[match.group(1)] = set() if uses == "none" else {u.strip() for u in uses.split(",")}
     return rooms
 
 
@@ -56,12 +67,34 @@ class Rooms(unittest.TestCase):
                 self.assertTrue((SRC / name).is_file(), where)
         self.assertGreater(checked, 20)
 
+    def test_rooms_inside_the_window_keep_to_theirs(self):
+        rooms = inner_table()
+        home = SRC / "app"
+        self.assertEqual({p.name for p in home.iterdir() if p.is_dir()}, set(rooms))
+        order = list(rooms)  # a room uses only rooms above it in the table, so no circle can form
+        for name, uses in rooms.items():
+            for used in uses:
+                self.assertLess(order.index(used), order.index(name), f"{name} uses {used}")
+            for path in (home / name).rglob("*"):
+                if path.suffix in (".h", ".cpp"):
+                    for included in re.findall(r'#include "app/(\w+)(/?)', path.read_text()):
+                        where = f"{path.relative_to(ROOT)} includes app/{included[0]}"
+                        self.assertEqual(included[1], "/", where)
+                        self.assertIn(included[0], uses | {name}, where)
+
     def test_libraries_link_no_more_than_the_table_allows(self):
         for path in SRC.glob("*/CMakeLists.txt"):
             match = USES.search(path.read_text())
             if match:
                 uses = set((match.group(2) or "").split())
                 self.assertLessEqual(uses, self.rooms[match.group(1)][1], str(path))
+
+    def test_messages_are_filled_in_at_once(self):
+        # Filled in one by one, a "%2" in the first part is taken for the place of the second.
+        chain = re.compile(r"\.arg\((?:[^()]|\((?:[^()]|\([^()]*\))*\))*\)\s*\.arg\(")
+        for path in SRC.rglob("*.cpp"):
+            if SRC / "app" not in path.parents:
+                self.assertIsNone(chain.search(path.read_text()), str(path))
 
     def test_modules_are_entered_by_their_door_alone(self):
         modules = [(path.parent.name, *match) for path in SRC.glob("*/CMakeLists.txt")

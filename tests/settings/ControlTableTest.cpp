@@ -1,12 +1,15 @@
 #include <gtest/gtest.h>
 
 #include <QSet>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <limits>
 
 #include "settings/Assignment.h"
 #include "settings/ControlValues.h"
 #include "settings/Printing.h"
 #include "settings/ProfileText.h"
+#include "settings/UserSettings.h"
 #include "settings/ValueRules.h"
 
 namespace lumirra {
@@ -15,7 +18,8 @@ namespace {
 using C = Control;
 
 bool IsNumber(const ControlRow& row) {
-    return row.kind == ControlKind::Slider || row.kind == ControlKind::Stepper;
+    return row.kind == ControlKind::Slider || row.kind == ControlKind::Stepper ||
+           row.kind == ControlKind::Number;
 }
 
 TEST(ControlTable, NamesAndProfileLinesAreUnique) {
@@ -26,7 +30,9 @@ TEST(ControlTable, NamesAndProfileLinesAreUnique) {
         EXPECT_FALSE(QLatin1String(row.label).isEmpty()) << row.name.data();
         EXPECT_FALSE(QLatin1String(row.tooltip).isEmpty()) << row.name.data();
         names.insert(row.name);
-        const int count = row.coding == ProfileCoding::Color ? 3 : 1;
+        EXPECT_EQ(row.profileLine > 0, row.scope == SettingScope::ProfileLine) << row.name.data();
+        const int lineCount = row.coding == ProfileCoding::Color ? 3 : 1;
+        const int count = row.profileLine > 0 ? lineCount : 0;
         for (int i = 0; i < count; ++i) {
             EXPECT_FALSE(lines.contains(row.profileLine + i)) << row.name.data();
             lines.insert(row.profileLine + i);
@@ -34,6 +40,9 @@ TEST(ControlTable, NamesAndProfileLinesAreUnique) {
     }
     EXPECT_EQ(names.size(), kControlCount);
     EXPECT_EQ(lines.size(), kProfileLines);
+    for (const ControlRow& row : UserTable()) {
+        EXPECT_FALSE(ControlByName(row.name)) << row.name.data() << ": no project's setting";
+    }
     EXPECT_FALSE(ControlByName(QStringLiteral("SliderHue")));
 }
 
@@ -80,39 +89,25 @@ TEST(ControlTable, SteppersReachTheirFieldsLimits) {
     }
 }
 
-// What a new project holds, written down once more by hand.
-TEST(ControlTable, InitialState) {
+// The lines' initial values are held by the profile of a new project.
+TEST(ControlTable, OutputStartsWithoutALimit) {
     const ControlValues values;
-    const std::pair<C, float> numbers[] = {{C::StepperFixedNumberOfFrames, 20.0F},
-                                           {C::StepperFixedIntervalBetweenFrames, 1.0F},
-                                           {C::SliderBrightness, 0.0F},
-                                           {C::SliderContrast, 1.0F},
-                                           {C::SliderSaturation, 1.0F},
-                                           {C::SliderGamma, 1.0F},
-                                           {C::SliderCartoonBlur, 2.0F},
-                                           {C::SliderCartoonThreshold, 0.2F},
-                                           {C::SliderCartoonQuantization, 10.0F},
-                                           {C::SliderSketchIntensity, 0.8F},
-                                           {C::SliderSketchEdge, 1.0F},
-                                           {C::StepperTextFontSize, 80.0F},
-                                           {C::StepperTextOpacity, 70.0F},
-                                           {C::StepperCustomCropWidth, 100.0F},
-                                           {C::StepperResizeTo, 100.0F},
-                                           {C::SliderCustomColorCount, 32.0F}};
-    for (const auto& [control, number] : numbers) {
-        EXPECT_EQ(values.Number(control), number) << RowOf(control).name.data();
-    }
-    for (const ControlRow& row : ControlTable()) {
-        if (row.kind == ControlKind::Check || row.kind == ControlKind::Radio) {
-            const bool on = row.control == C::RadioFixedIntervalBetweenFrames ||
-                            row.control == C::RadioCustomCropUsing;
-            EXPECT_EQ(values.IsOn(row.control), on) << row.name.data();
-        }
-    }
-    EXPECT_EQ(PopUpItems(C::ComboTextFontType).at(values.Index(C::ComboTextFontType)),
-              QStringLiteral("Marker Felt"));
-    EXPECT_EQ(values.Color(C::ColorWellTextColor), TextColor{});
-    EXPECT_EQ(values.CropUnitInForce(), 0);
+    EXPECT_EQ(values.Number(C::SliderQuality), 90.0F);
+    EXPECT_EQ(values.Number(C::FieldMaxSize), 8.0F);
+    EXPECT_FALSE(values.IsOn(C::CheckMaxSize) || values.IsOn(C::CheckRepeatForever));
+}
+
+TEST(UserTable, KeepsWhatWasChosenByItsWords) {
+    const QTemporaryDir folder;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+    EXPECT_EQ(UserIndex(C::Theme), 0);
+    KeepUserIndex(C::Theme, 2);
+    EXPECT_EQ(UserIndex(C::Theme), 2);
+    EXPECT_EQ(QSettings().value(QStringLiteral("Theme")), QStringLiteral("Dark"));
+    KeepUserIndex(C::Theme, 3);
+    EXPECT_EQ(UserIndex(C::Theme), 2) << "no such item";
+    QSettings().setValue(QStringLiteral("Theme"), QStringLiteral("Sepia"));
+    EXPECT_EQ(UserIndex(C::Theme), 0);
 }
 
 TEST(ControlTable, StoredNumbersStayInRange) {
@@ -159,12 +154,22 @@ ControlValues EverythingChanged() {
     return values;
 }
 
+/// The settings in which the two differ.
 QStringList ChangedNames(const ControlValues& a, const ControlValues& b) {
-    const QStringList before = ProfileText(a).split(QLatin1Char('\n'));
-    const QStringList after = ProfileText(b).split(QLatin1Char('\n'));
     QStringList names;
     for (const ControlRow& row : ControlTable()) {
-        if (before[row.profileLine - 1] != after[row.profileLine - 1]) {
+        const auto differs = [&](const auto& get) { return get(a) != get(b); };
+        const C c = row.control;
+        const bool changed = IsNumber(row)
+                                 ? differs([c](const ControlValues& v) { return v.Number(c); })
+                             : row.kind == ControlKind::PopUp
+                                 ? differs([c](const ControlValues& v) { return v.Index(c); })
+                             : row.kind == ControlKind::Text
+                                 ? differs([c](const ControlValues& v) { return v.Text(c); })
+                             : row.kind == ControlKind::Color
+                                 ? differs([c](const ControlValues& v) { return v.Color(c); })
+                                 : differs([c](const ControlValues& v) { return v.IsOn(c); });
+        if (changed) {
             names << row.name;
         }
     }

@@ -32,16 +32,21 @@ QString Joined(const QStringList& lines) {
     return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
 }
 
+std::optional<ControlValues> ValuesFrom(const QString& text) {
+    const auto profile = ProfileFromText(text);
+    return profile ? std::optional(profile->values) : std::nullopt;
+}
+
 std::optional<ControlValues> WithLine(int line, const char* text) {
     QStringList lines = FreshLines();
     lines[line - 1] = Q(text);
-    return ValuesFromProfile(Joined(lines));
+    return ValuesFrom(Joined(lines));
 }
 
 TEST(Profile, OfANewProjectByteForByte) {
     ASSERT_EQ(FreshLines().size(), kProfileLines);
     EXPECT_EQ(ProfileText({}), Joined(FreshLines()));
-    EXPECT_EQ(ValuesFromProfile(Joined(FreshLines())), ControlValues());
+    EXPECT_EQ(ValuesFrom(Joined(FreshLines())), ControlValues());
 }
 
 TEST(Profile, GivesBackWhatEachControlHeld) {
@@ -50,6 +55,7 @@ TEST(Profile, GivesBackWhatEachControlHeld) {
         switch (row.kind) {
             case ControlKind::Slider:
             case ControlKind::Stepper:
+            case ControlKind::Number:
                 values.SetNumber(row.control, static_cast<float>(row.minimum + row.step));
                 break;
             case ControlKind::Check:
@@ -66,7 +72,7 @@ TEST(Profile, GivesBackWhatEachControlHeld) {
                 values.SetColor(row.control, {0.2F, 0.4F, 0.6F, 0.5});
                 break;
         }
-        const auto back = ValuesFromProfile(ProfileText(values));
+        const auto back = ValuesFrom(ProfileText({values}));
         ASSERT_TRUE(back) << row.name.data();
         if (row.kind == ControlKind::Color) {
             values.SetColor(row.control, {0.2F, 0.4F, 0.6F, 1});
@@ -81,38 +87,30 @@ TEST(Profile, GivesBackWhatEachControlHeld) {
 TEST(Profile, RoundsNumbersToSixDigits) {
     ControlValues values;
     values.SetNumber(C::SliderHue, 123.456789F);
-    EXPECT_EQ(ValuesFromProfile(ProfileText(values))->Number(C::SliderHue), 123.457F);
-}
-
-TEST(Profile, WritesACaptionInOneLine) {
-    ControlValues values;
-    values.SetText(C::TextFieldText, Q("a\r\nb\nc\u2028d\u0085e"));
-    const QString text = ProfileText(values);
-    EXPECT_EQ(text.count(QLatin1Char('\n')), kProfileLines);
-    EXPECT_EQ(ValuesFromProfile(text)->Text(C::TextFieldText), Q("a b c d e"));
+    EXPECT_EQ(ValuesFrom(ProfileText({values}))->Number(C::SliderHue), 123.457F);
 }
 
 TEST(Profile, SplitsAtEachLineBreakByItself) {
     const QString fresh = Joined(FreshLines());
     for (const char16_t c : {u'\v', u'\f', u'\r', u'\u0085', u'\u2028', u'\u2029'}) {
         QString text = fresh;
-        EXPECT_TRUE(ValuesFromProfile(text.replace(QLatin1Char('\n'), QChar(c))));
+        EXPECT_TRUE(ValuesFrom(text.replace(QLatin1Char('\n'), QChar(c))));
     }
     QString crlf = fresh;
-    EXPECT_FALSE(ValuesFromProfile(crlf.replace(Q("\n"), Q("\r\n"))));
-    EXPECT_FALSE(ValuesFromProfile(fresh + Q("\n"))) << "63 lines";
-    EXPECT_FALSE(ValuesFromProfile(fresh.mid(2))) << "61 lines";
-    EXPECT_FALSE(ValuesFromProfile(fresh.chopped(1))) << "last line not ended";
-    EXPECT_TRUE(ValuesFromProfile(fresh + Q("rest"))) << "the last piece is ignored";
-    EXPECT_FALSE(ValuesFromProfile({}));
+    EXPECT_FALSE(ValuesFrom(crlf.replace(Q("\n"), Q("\r\n"))));
+    EXPECT_FALSE(ValuesFrom(fresh + Q("\n"))) << "63 lines";
+    EXPECT_FALSE(ValuesFrom(fresh.mid(2))) << "61 lines";
+    EXPECT_FALSE(ValuesFrom(fresh.chopped(1))) << "last line not ended";
+    EXPECT_EQ(ValuesFrom(fresh + Q("rest")), ControlValues()) << "a last piece that is not ours";
+    EXPECT_FALSE(ValuesFrom({}));
 }
 
 TEST(Profile, RefusesNumbersThatDoNotParse) {
     for (const ControlRow& row : ControlTable()) {
-        if (row.coding == ProfileCoding::Text) {
+        if (row.coding == ProfileCoding::Text || row.scope != SettingScope::ProfileLine) {
             continue;
         }
-        for (const char* text : {"", "x", " 1", "1 ", "nan", "inf", "1,0"}) {
+        for (const char* text : {"", "x", " 1", "1 ", "1,0", "infinite"}) {
             const int last = row.coding == ProfileCoding::Color ? 2 : 0;
             EXPECT_FALSE(WithLine(row.profileLine + last, text)) << row.name.data() << ' ' << text;
         }
@@ -122,19 +120,25 @@ TEST(Profile, RefusesNumbersThatDoNotParse) {
 
 TEST(Profile, BringsNumbersIntoRange) {
     for (const ControlRow& row : ControlTable()) {
-        if (row.coding == ProfileCoding::Text) {
+        if (row.coding == ProfileCoding::Text || row.scope != SettingScope::ProfileLine) {
             continue;
         }
-        for (const char* text : {"-99999999", "99999999"}) {
+        const bool integer = row.coding == ProfileCoding::Integer;
+        for (const char* text : {"-99999999", "99999999", integer ? "7777" : "inf"}) {
             const auto values = WithLine(row.profileLine, text);
             ASSERT_TRUE(values) << row.name.data();
             const QString written =
-                ProfileText(*values).split(QLatin1Char('\n'))[row.profileLine - 1];
+                ProfileText({*values}).split(QLatin1Char('\n'))[row.profileLine - 1];
             const double limit = text[0] == '-' ? RangeInForce(row.control, 0).minimum
                                                 : RangeInForce(row.control, 0).maximum;
             EXPECT_EQ(written.toFloat(), static_cast<float>(limit)) << row.name.data();
         }
     }
+}
+
+TEST(Profile, ANumberThatIsNoneLeavesTheInitialValue) {
+    EXPECT_EQ(WithLine(9, "nan")->Number(C::SliderContrast), 1.0F);
+    EXPECT_FALSE(WithLine(14, "inf"));
 }
 
 TEST(Profile, KeepsRadiosAndTextsAsStored) {
@@ -143,7 +147,7 @@ TEST(Profile, KeepsRadiosAndTextsAsStored) {
     lines[1] = Q("many");
     lines[43] = Q("1");
     lines[45] = Q("-250.0");
-    const auto values = ValuesFromProfile(Joined(lines));
+    const auto values = ValuesFrom(Joined(lines));
     ASSERT_TRUE(values);
     EXPECT_TRUE(values->IsOn(C::RadioFixedNumberOfFrames));
     EXPECT_TRUE(values->IsOn(C::RadioFixedIntervalBetweenFrames));
@@ -151,7 +155,59 @@ TEST(Profile, KeepsRadiosAndTextsAsStored) {
     EXPECT_EQ(values->Text(C::TextFieldFixedNumberOfFrames), Q("many"));
     EXPECT_EQ(values->CropUnitInForce(), 1);
     EXPECT_EQ(values->Number(C::StepperCustomCropOriginX), -250.0F);
-    EXPECT_EQ(ProfileText(*values), Joined(lines));
+    EXPECT_EQ(ProfileText({*values}), Joined(lines));
+}
+
+QString TailOf(const Profile& profile) {
+    return ProfileText(profile).section(QLatin1Char('\n'), kProfileLines);
+}
+
+TEST(ProfileTail, HoldsWhatTheLinesCannot) {
+    EXPECT_EQ(TailOf({}), QString());
+    ControlValues values;
+    values.SetText(C::TextFieldText, Q("a\r\nb\nc\u2028d\u0085e\u2029\"\\\v\f"));
+    values.SetNumber(C::SliderQuality, 42);
+    values.SetNumber(C::FieldMaxSize, 0.256F);
+    values.SetOn(C::CheckMaxSize, true);
+    const QString text = ProfileText({values});
+    EXPECT_EQ(text.section(QLatin1Char('\n'), 24, 24), Q("a b c d e \"\\ "));
+    EXPECT_EQ(TailOf({values}),
+              Q(R"({"checkMaxSize":true,"fieldMaxSize":0.256,"lumirra":1,"sliderQuality":42,)"
+                R"("textFieldText":"a\r\nb\nc\u2028d\u0085e\u2029\"\\\u000b\f"})"));
+    EXPECT_EQ(ValuesFrom(text), values);
+
+    QStringList lines = text.split(QLatin1Char('\n'));
+    lines[24] = Q("other words");
+    EXPECT_EQ(ValuesFrom(lines.join(QLatin1Char('\n')))->Text(C::TextFieldText), Q("other words"))
+        << "the line was changed by a program that does not know the tail";
+}
+
+TEST(ProfileTail, KeepsWhatItDoesNotKnowAndMendsWhatItDoes) {
+    const QString fresh = Joined(FreshLines());
+    const QString later =
+        Q(R"({"lumirra":2,"sliderHue":90,"sliderQuality":55,"speed":{"of":[1,2]}})");
+    const auto profile = ProfileFromText(fresh + later);
+    ASSERT_TRUE(profile);
+    EXPECT_EQ(profile->values.Number(C::SliderQuality), 55.0F);
+    EXPECT_EQ(profile->values.Number(C::SliderHue), 0.0F) << "a line's value stands in its line";
+    Profile changed = *profile;
+    changed.values.SetNumber(C::SliderQuality, 90);
+    EXPECT_EQ(TailOf(changed), Q(R"({"lumirra":1,"sliderHue":90,"speed":{"of":[1,2]}})"));
+
+    const std::pair<const char*, float> qualities[] = {
+        {R"({"lumirra":1,"sliderQuality":1e300})", 100},
+        {R"({"lumirra":1,"sliderQuality":-7})", 1},
+        {R"({"lumirra":1,"sliderQuality":"50"})", 90},
+        {R"({"sliderQuality":50})", 90},
+        {R"([{"lumirra":1,"sliderQuality":50}])", 90},
+        {R"({"lumirra":1,"sliderQuality":50)", 90},
+        {R"(lumirra)", 90}};
+    for (const auto& [tail, quality] : qualities) {
+        const auto read = ProfileFromText(fresh + Q(tail));
+        ASSERT_TRUE(read) << tail;
+        EXPECT_EQ(read->values.Number(C::SliderQuality), quality) << tail;
+        EXPECT_TRUE(read->unknown.isEmpty()) << tail;
+    }
 }
 
 void WriteFile(const QString& path, const QByteArray& bytes) {
@@ -163,8 +219,9 @@ void WriteFile(const QString& path, const QByteArray& bytes) {
 TEST(ProfileFile, ReadsTheEncodingsItMayMeet) {
     const QTemporaryDir folder;
     const QString path = folder.filePath(Q("a ü.lmr"));
-    ControlValues values;
-    values.SetText(C::TextFieldText, Q("Ünï 画"));
+    Profile values;
+    values.values.SetText(C::TextFieldText, Q("Ünï 画\n\u2028!"));
+    values.values.SetNumber(C::SliderQuality, 33);
     ASSERT_TRUE(SaveProfile(values, path));
     EXPECT_EQ(*LoadProfile(path), values);
     const QString text = ProfileText(values);
@@ -193,9 +250,10 @@ TEST(ProfileFile, SaysWhatFailedAndKeepsTheOldFile) {
     EXPECT_TRUE(loadFails(path)) << "too large";
     const auto save = SaveProfile({}, folder.filePath(Q("missing/p.lmr")));
     ASSERT_FALSE(save);
-    EXPECT_EQ(save.failure().message, Q("Could not save profile."));
+    EXPECT_TRUE(save.failure().message.startsWith(Q("Could not save profile. ")));
+    EXPECT_TRUE(save.failure().message.endsWith(Q(": the folder does not exist.")));
     ASSERT_TRUE(SaveProfile({}, path));
-    EXPECT_EQ(*LoadProfile(path), ControlValues());
+    EXPECT_EQ(*LoadProfile(path), Profile());
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{Q("p.lmr")});
 }
 

@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
+#include "settings/Assignment.h"
 #include "settings/CropResize.h"
 #include "settings/NumberText.h"
 #include "settings/Printing.h"
+#include "settings/ProfileText.h"
 #include "settings/SettingsRecords.h"
 #include "settings/ValueRules.h"
 
@@ -98,6 +102,24 @@ TEST(Fields, CommittingTwiceChangesNothingMore) {
             EXPECT_EQ(CommitField(once, row.control, once.Text(row.control)), once)
                 << row.name.data() << ' ' << text;
         }
+    }
+}
+
+TEST(Fields, CommittedAsLoadedFollowTheirRule) {
+    const Typed cases[] = {{C::TextFieldFixedNumberOfFrames, "abc", "20", 20},
+                           {C::TextFieldTextOpacity, "999", "100", 100},
+                           {C::TextFieldFrameDelay, "nan", "0.1", 1},
+                           {C::TextFieldCustomCropWidth, "-3", "0", 0},
+                           {C::TextFieldResizeTo, "abc", "100", 100},
+                           {C::TextFieldResizeTo, "inf", "100", 100},
+                           {C::TextFieldResizeTo, "2000", "1000", 1000},
+                           {C::TextFieldResizeTo, "46.875", "100", 100}};
+    for (const Typed& loaded : cases) {
+        ControlValues values;
+        values.SetText(loaded.field, Q(loaded.text));
+        values = CommitField(values, loaded.field, Q(loaded.text));
+        EXPECT_EQ(values.Text(loaded.field), Q(loaded.kept)) << loaded.text;
+        EXPECT_EQ(values.Number(*RowOf(loaded.field).partner), loaded.stepper) << loaded.text;
     }
 }
 
@@ -197,11 +219,54 @@ TEST(CropResize, TypedDimensionTakesTheOtherAndThePercentageAlong) {
     EXPECT_EQ(UpdateCropResizeGeometry(odd.values, base), odd.values)
         << "the percentage gives the typed size again";
 
+    const QString percent = odd.values.Text(C::TextFieldResizeTo);
+    EXPECT_EQ(CommitField(odd.values, C::TextFieldResizeTo, percent), odd.values);
+    const auto loaded = ProfileFromText(ProfileText({odd.values}));
+    EXPECT_EQ(CommitField(loaded->values, C::TextFieldResizeTo, percent), loaded->values);
+    EXPECT_EQ(CommitField(odd.values, C::TextFieldResizeTo, Q("33.4")).Text(C::TextFieldResizeTo),
+              Q("100"))
+        << "typed";
+
     EXPECT_FALSE(TypedDimension(start, C::TextFieldDimensionsWidth, Q("1000"), base, last).acted);
     const auto none = TypedDimension(start, C::TextFieldDimensionsWidth, Q("99999"), {}, last);
     EXPECT_FALSE(none.acted);
     EXPECT_EQ(none.values.Text(C::TextFieldDimensionsWidth), Q("10000"));
     EXPECT_EQ(none.values.Text(C::TextFieldDimensionsHeight), Q("800"));
+}
+
+TEST(CropResize, WhatFollowsFromATypedSizeIsNotLimited) {
+    const ImageSize tiny{32, 24};
+    const auto typed = TypedDimension(UpdateCropResizeGeometry({}, tiny),
+                                      C::TextFieldDimensionsWidth, Q("512"), tiny, {32, 24});
+    EXPECT_EQ(DimensionsIn(typed.values), (OutputDimensions{512, 384}));
+    EXPECT_EQ(typed.values.Text(C::TextFieldResizeTo), Q("1600"));
+    const auto loaded = ProfileFromText(ProfileText({typed.values}));
+    for (const ControlValues& values : {typed.values, loaded->values}) {
+        EXPECT_EQ(DimensionsAfter(values, tiny), (OutputDimensions{512, 384}));
+        EXPECT_EQ(ExtractionSettingsOf(values).resizePercent, 1600.0F);
+        EXPECT_EQ(CommitField(values, C::TextFieldResizeTo, Q("1600")), values) << "unedited";
+    }
+    const ImageSize large{1280, 720};
+    const ControlValues grown =
+        UpdateCropResizeGeometry(CommitField({}, C::TextFieldResizeTo, Q("1000")), large);
+    EXPECT_EQ(DimensionsIn(grown), (OutputDimensions{12800, 7200}));
+    EXPECT_EQ(CaptureSettingsOf(grown).width, 12800);
+    EXPECT_FALSE(
+        TypedDimension(grown, C::TextFieldDimensionsWidth, Q("12800"), large, {12800, 7200}).acted);
+}
+
+TEST(CropResize, ATypedSizeStaysWhateverTheCrop) {
+    for (int width = 1; width <= 300; width += 7) {
+        for (int height = 1; height <= 300; height += 3) {
+            const ImageSize base{static_cast<double>(width), static_cast<double>(height)};
+            for (const int wanted : {3, 50, 75, 9999}) {
+                const auto typed = TypedDimension({}, C::TextFieldDimensionsWidth,
+                                                  QString::number(wanted), base, {});
+                ASSERT_EQ(DimensionsAfter(typed.values, base), DimensionsIn(typed.values))
+                    << wanted << " of " << width << 'x' << height;
+            }
+        }
+    }
 }
 
 TEST(Records, OfANewProjectAreTheEnginesInitialValues) {
@@ -232,6 +297,15 @@ TEST(Records, TakeEachControl) {
     EXPECT_EQ(CaptureSettingsOf(values).height, -3);
 }
 
+TEST(Records, AnotherFontIsInForceUntilOneOfTheListIsChosen) {
+    ControlValues values = CommitField({}, C::FieldOtherFont, Q("Comic Neue:Bold"));
+    EXPECT_EQ(EffectSettingsOf(values).otherFont, Q("Comic Neue:Bold"));
+    const auto assigned = AssignControl(values, Q("comboTextFontType"), Q("Arial"), {});
+    ASSERT_TRUE(assigned);
+    EXPECT_EQ(EffectSettingsOf(*assigned).otherFont, QString());
+    EXPECT_EQ(*assigned, ChooseListedFont(values, 1));
+}
+
 TEST(Records, AreFiniteWhateverTextAFieldHolds) {
     for (const char* text : {"", "abc", "nan", "inf", "-inf", "1e300", "-1e300", "0", "\n"}) {
         ControlValues values;
@@ -239,7 +313,9 @@ TEST(Records, AreFiniteWhateverTextAFieldHolds) {
             if (row.kind == ControlKind::Text && row.rule != ValueRule::Free) {
                 values.SetText(row.control, Q(text));
                 const double number = NumberInForce(values, row.control);
-                EXPECT_TRUE(number >= row.minimum && number <= row.maximum) << row.name.data();
+                EXPECT_TRUE(row.followsOthers ? std::abs(number) <= 1e9
+                                              : number >= row.minimum && number <= row.maximum)
+                    << row.name.data();
             }
         }
         EXPECT_GT(ExtractionSettingsOf(values).intervalSeconds, 0) << text;
@@ -248,7 +324,17 @@ TEST(Records, AreFiniteWhateverTextAFieldHolds) {
     }
 }
 
-TEST(Records, ColourLevels) {
+TEST(Records, SizeLimitNeverExceedsWhatWasAskedFor) {
+    EXPECT_EQ(OutputSettingsOf({}).maxBytes, 0) << "off";
+    for (long long bytes = 1000; bytes < 99'999'999'999; bytes = bytes * 21 / 13 + 7) {
+        const long long limit = OutputSettingsOf(WithMaxBytes({}, bytes)).maxBytes;
+        EXPECT_LE(limit, bytes);
+        EXPECT_GE(static_cast<double>(limit), static_cast<double>(bytes) * (1 - 1e-6) - 1);
+    }
+    EXPECT_EQ(OutputSettingsOf(WithMaxBytes({}, 256'000)).maxBytes, 256'000);
+}
+
+TEST(Records, ColorLevels) {
     const auto levels = [](bool on, float slider) {
         ControlValues values;
         values.SetOn(C::CheckCustomColorCount, on);

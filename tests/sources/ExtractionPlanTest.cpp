@@ -14,18 +14,18 @@
 namespace lumirra {
 namespace {
 
-ExtractionSettings Number(float count, int playMode = 0) {
+ExtractionSettings Number(float count, PlayMode mode = PlayMode::Forward) {
     ExtractionSettings settings;
     settings.fixedNumber = true;
     settings.frameCount = count;
-    settings.playModeIndex = playMode;
+    settings.playMode = mode;
     return settings;
 }
 
-ExtractionSettings Interval(double seconds, int playMode = 0) {
+ExtractionSettings Interval(double seconds, PlayMode mode = PlayMode::Forward) {
     ExtractionSettings settings;
     settings.intervalSeconds = seconds;
-    settings.playModeIndex = playMode;
+    settings.playMode = mode;
     return settings;
 }
 
@@ -49,7 +49,8 @@ TEST(ExtractionPlan, FixedNumberStepsInSinglePrecision) {
                   i * static_cast<double>(step) + static_cast<double>(0.2F));
     }
     EXPECT_EQ(Positions(PlanExtraction(Number(1), 10, 0.25F, 1)), std::vector<double>{0.25});
-    EXPECT_EQ(Positions(PlanExtraction(Number(1, 1), 10, 0.25F, 1)), std::vector<double>{0.25});
+    EXPECT_EQ(Positions(PlanExtraction(Number(1, PlayMode::ForthAndBack), 10, 0.25F, 1)),
+              std::vector<double>{0.25});
     EXPECT_EQ(PlanExtraction(Number(10000), 1, 0, 1)->Total(), 10000);
 }
 
@@ -73,7 +74,7 @@ TEST(ExtractionPlan, IntervalIsTheLargestDistance) {
 }
 
 TEST(ExtractionPlan, CircularGoesBackToTheStart) {
-    const auto plan = PlanExtraction(Number(3, 1), 10, 0, 1);
+    const auto plan = PlanExtraction(Number(3, PlayMode::ForthAndBack), 10, 0, 1);
     EXPECT_EQ(Positions(plan), (std::vector<double>{0, 0.5, 1, 0.5, 0}));
     std::vector<double> percents;
     for (int i = 0; i < plan->Total(); ++i) {
@@ -98,7 +99,7 @@ TEST(ExtractionPlan, HostileValuesAreRefusedAndCostNoMemory) {
     EXPECT_EQ(PlanExtraction(Interval(1e-300), 1e6, 0, 1).failure().kind, Failure::Kind::TooLarge);
     EXPECT_EQ(PlanExtraction(Interval(0.1), static_cast<double>(kNan), 0, 1)->count, 1);
     EXPECT_EQ(PlanExtraction(Interval(0.1), 10, 0.8F, 0.2F)->count, 1);
-    const auto days = PlanExtraction(Interval(0.1, 1), 1e6, 0, 1);
+    const auto days = PlanExtraction(Interval(0.1, PlayMode::ForthAndBack), 1e6, 0, 1);
     ASSERT_TRUE(days);
     EXPECT_EQ(days->Total(), 20'000'001);
     EXPECT_NEAR(days->PositionOf(10'000'000), 1, 1e-9);

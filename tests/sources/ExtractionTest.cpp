@@ -43,7 +43,8 @@ class Extraction : public testing::Test {
         told_.clear();
         progress_.clear();
         return RunExtraction(
-            job_, std::move(stop), [this](const QString& path) { told_.append(path); },
+            job_, std::move(stop),
+            [this](const ExtractedFrame& frame) { told_.append(frame.path); },
             [this](const ExtractionProgress& progress) { progress_.push_back(progress); });
     }
 
@@ -148,8 +149,8 @@ TEST_F(Extraction, StopsAtTheNextFrameAndKeepsTheStored) {
     }
     std::stop_source stop;
     const ExtractionResult result = RunExtraction(job_, stop.get_token(),
-                                                  [&](const QString& path) {
-                                                      told_.append(path);
+                                                  [&](const ExtractedFrame& frame) {
+                                                      told_.append(frame.path);
                                                       if (told_.size() == 5) {
                                                           stop.request_stop();
                                                       }
@@ -158,9 +159,10 @@ TEST_F(Extraction, StopsAtTheNextFrameAndKeepsTheStored) {
     EXPECT_TRUE(result.stopped);
     EXPECT_EQ(result.framePaths.size(), 5);
     ExpectWhole(result);
-    EXPECT_THROW(static_cast<void>(RunExtraction(
-                     job_, {}, [](const QString&) { throw std::runtime_error("callback"); }, {})),
-                 std::runtime_error);
+    EXPECT_THROW(
+        static_cast<void>(RunExtraction(
+            job_, {}, [](const ExtractedFrame&) { throw std::runtime_error("callback"); }, {})),
+        std::runtime_error);
 }
 
 TEST_F(Extraction, VideoThereAndBack) {
@@ -171,7 +173,7 @@ TEST_F(Extraction, VideoThereAndBack) {
     job_.settings.height = 180;
     job_.settings.fixedNumber = true;
     job_.settings.frameCount = 7;
-    job_.settings.playModeIndex = 1;
+    job_.settings.playMode = PlayMode::ForthAndBack;
     job_.startPosition = 0.1F;
     job_.endPosition = 0.9F;
     const ExtractionResult result = Run();

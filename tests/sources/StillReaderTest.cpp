@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QTransform>
 #include <QtEndian>
+#include <array>
+#include <bit>
 #include <cmath>
 #include <tuple>
 #include <vector>
@@ -124,19 +126,6 @@ class StillReader : public testing::Test {
     }
     QTemporaryDir folder_;
 };
-
-TEST_F(StillReader, ExtensionsCountInAnyCase) {
-    for (const char* name : {"photo.JPG", "photo.Tif", "scan.bmp", "anim.gif", "a.b/photo.Jpeg"}) {
-        EXPECT_TRUE(VideoTools::IsStillImage(QLatin1String(name))) << name;
-        EXPECT_TRUE(IsPicture(QLatin1String(name))) << name;
-    }
-    for (const char* name : {"clip.mov", "clip.gif.mp4", "gif", "folder.png/clip", ""}) {
-        EXPECT_FALSE(VideoTools::IsStillImage(QLatin1String(name))) << name;
-        EXPECT_FALSE(IsPicture(QLatin1String(name))) << name;
-    }
-    EXPECT_TRUE(IsPicture(QStringLiteral("photo.JP2")));
-    EXPECT_FALSE(VideoTools::IsStillImage(QStringLiteral("photo.JPE")));
-}
 
 TEST_F(StillReader, ReadsWhatTheContentSaysUnderAnyName) {
     const QImage pattern = Pattern(37, 21);
@@ -258,6 +247,60 @@ TEST_F(StillReader, FirstPageAtTheLargestSides) {
         EXPECT_EQ(still.image.size(), QSize(20, 10));
         EXPECT_FALSE(still.problem);
     }
+}
+
+TEST_F(StillReader, TiffSamplesOf64BitsCountAsTheirShareOfWhite) {
+    // Uncompressed, one strip, tags in order: what stands for width, height, bits, packing,
+    // meaning, place, samples, rows, bytes and format.
+    const auto tiff = [&](const char* name, quint32 samples, quint16 format,
+                          const std::vector<quint64>& numbers) {
+        QByteArray data;
+        for (const quint64 number : numbers) {
+            data += Little(number);
+        }
+        const quint32 end = 8 + quint32(data.size());
+        const QByteArray kinds = Little<quint16>(64) + Little<quint16>(64) + Little<quint16>(64) +
+                                 Little(format) + Little(format) + Little(format);
+        const quint32 width = quint32(numbers.size()) / samples / 2;
+        const quint32 bits = samples == 1 ? 64 : end;
+        const quint32 formats = samples == 1 ? format : end + 6;
+        const std::vector<std::array<quint32, 4>> tags{{256, 4, 1, width},
+                                                       {257, 4, 1, 2},
+                                                       {258, 3, samples, bits},
+                                                       {259, 3, 1, 1},
+                                                       {262, 3, 1, samples == 1 ? 1U : 2U},
+                                                       {273, 4, 1, 8},
+                                                       {277, 3, 1, samples},
+                                                       {278, 4, 1, 2},
+                                                       {279, 4, 1, quint32(data.size())},
+                                                       {339, 3, samples, formats}};
+        QByteArray file = QByteArray("II*", 4) + Little(end + 12) + data + kinds +
+                          Little<quint16>(quint16(tags.size()));
+        for (const auto& [tag, type, count, value] : tags) {
+            file += Little<quint16>(quint16(tag)) + Little<quint16>(quint16(type)) + Little(count) +
+                    Little(value);
+        }
+        return Write(name, file + Little<quint32>(0));
+    };
+    const auto real = [](double value) { return std::bit_cast<quint64>(value); };
+    const quint64 half = quint64(1) << 63;
+    const auto colors = [&](const QString& path) {
+        const SourceImage still = ReadStill(path);
+        EXPECT_FALSE(still.problem);
+        EXPECT_EQ(ImageTools::PixelSize(path), (ImageSize{double(still.image.width()), 2}));
+        QStringList names;
+        for (int i = 0; i < still.image.width() * 2; ++i) {
+            names << still.image.pixelColor(i / 2, i % 2).name();
+        }
+        return names.join(QLatin1Char(' ')).toStdString();
+    };
+    EXPECT_EQ(colors(tiff("grey.tif", 1, 1, {0, half, half / 2, ~quint64(0)})),
+              "#000000 #404040 #808080 #ffffff");
+    EXPECT_EQ(colors(tiff("real.tif", 1, 3, {real(-1), real(0.5), real(7), real(0.2)})),
+              "#000000 #ffffff #808080 #333333");
+    EXPECT_EQ(
+        colors(tiff("color.tif", 3, 3, {real(1), real(0), real(0.2), real(0), real(0.4), real(1)})),
+        "#ff0033 #0066ff");
 }
 
 TEST_F(StillReader, FilesWithoutAPictureAreTold) {

@@ -1,11 +1,15 @@
+#include <zlib.h>
+
 #include <QFile>
 #include <QFileInfo>
+#include <QtEndian>
 #include <array>
 #include <cmath>
 #include <random>
 #include <vector>
 
 #include "VideoClips.h"
+#include "sources/StillReader.h"
 #include "sources/video/PlanarYuv.h"
 #include "sources/video/YuvRows.h"
 #include "support/SampleMedia.h"
@@ -85,6 +89,68 @@ TEST_F(MadeClip, EveryDescriptionOfAPictureGivesIt) {
     }
 }
 
+/// The PNG file with one more chunk behind its header.
+void AddChunk(const QString& png, const QByteArray& nameAndData) {
+    QFile file(png);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    QByteArray bytes = file.readAll();
+    QByteArray chunk(4, '\0');
+    qToBigEndian(quint32(nameAndData.size() - 4), chunk.data());
+    chunk += nameAndData + QByteArray(4, '\0');
+    const auto* data = reinterpret_cast<const Bytef*>(nameAndData.constData());
+    qToBigEndian(quint32(crc32(0, data, uInt(nameAndData.size()))),
+                 chunk.data() + chunk.size() - 4);
+    constexpr qsizetype kHeaderEnd = 33;
+    bytes.insert(kHeaderEnd, chunk);
+    ASSERT_TRUE(file.seek(0) && file.write(bytes) == bytes.size());
+}
+
+// A picture that another program took from a film looks like the film: by the gamma that such
+// programs write, and by the codes of its colours.
+TEST_F(MadeClip, PicturesTakenFromAFilmLookLikeIt) {
+    const QString source = QStringLiteral(
+        "nullsrc=s=96x64:d=0.2:r=5,format=gbrp,"
+        "geq=r=40+150*X/96:g=200-150*Y/64:b=110+90*sin(X/15)*sin(Y/11)%1");
+    struct Case {
+        const char* name;
+        const char* filter;
+        const char* tags;
+        const char* codes;
+    };
+    const std::vector<Case> cases = {
+        {"709", ",zscale=m=709:r=limited,format=yuv444p",
+         "-colorspace bt709 -color_primaries bt709 -color_trc bt709", nullptr},
+        {"601", ",zscale=m=170m:r=limited,format=yuv444p",
+         "-colorspace smpte170m -color_primaries smpte170m -color_trc smpte170m", nullptr},
+        {"2020", ",zscale=m=2020_ncl:r=limited,format=yuv444p10le",
+         "-colorspace bt2020nc -color_primaries bt2020 -color_trc bt2020-10", nullptr},
+        {"p3", ",format=gbrp", "-color_primaries smpte432 -color_trc bt709", "\x0c\x01"},
+        {"coded709", ",format=gbrp", "-color_trc bt709", "\x01\x01"},
+        {"pq", ",format=gbrp10le", "-color_primaries bt2020 -color_trc smpte2084", "\x09\x10"},
+        {"hlg", ",format=gbrp10le", "-color_primaries bt2020 -color_trc arib-std-b67", "\x09\x12"}};
+    for (const Case& one : cases) {
+        const QString name = QLatin1String(one.name);
+        const QString film =
+            Generate(name + QStringLiteral(".mkv"), source.arg(QLatin1String(one.filter)),
+                     QStringLiteral("-c:v ffv1 ") + QLatin1String(one.tags));
+        const QString png = Remux(film, name + QStringLiteral(".png"),
+                                  QStringLiteral("-sws_flags accurate_rnd+full_chroma_int "
+                                                 "-frames:v 1"));
+        if (one.codes != nullptr) {
+            AddChunk(png, "cICP" + QByteArray(one.codes, 2) + QByteArray("\0\1", 2));
+        }
+        EXPECT_LE(Difference(ReadStill(png).image, Opened(film).At(0).image), 1) << one.name;
+    }
+    const QString other = Path(QStringLiteral("709.png"));
+    const QImage before = ReadStill(other).image;
+    AddChunk(other, QByteArray("sRGB\0", 5));
+    EXPECT_LE(Difference(ReadStill(other).image, before), 0)
+        << "sRGB has the say, and says the same";
+    QFile file(other);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    EXPECT_NE(file.readAll().indexOf("gAMA"), -1);
+}
+
 // Every way to turn and mirror a track: where each quarter of the stored picture is shown follows
 // from the matrix itself.
 TEST_F(MadeClip, TracksAreTurnedAndMirrored) {
@@ -120,6 +186,24 @@ TEST_F(MadeClip, TracksAreTurnedAndMirrored) {
             const QColor color = image.pixelColor((2 + shownX) * image.width() / 4,
                                                   (2 + shownY) * image.height() / 4);
             EXPECT_NEAR(color.green(), 40 + 60 * (x > 0) + 120 * (y > 0), 1) << turn;
+        }
+    }
+}
+
+// Palettes come once, with the first packet, whatever was read of the file before.
+TEST_F(MadeClip, VideosOfPaletteColorsHaveTheirColors) {
+    for (const char* name : {"palette.avi", "palette.mov"}) {
+        const QString film =
+            Generate(QLatin1String(name),
+                     QStringLiteral("nullsrc=s=96x64:d=1:r=5,format=gbrp,"
+                                    "geq=r=36*trunc(X/16):g=255*gte(Y\\,32):b=85*mod(N\\,4)"),
+                     QStringLiteral("-c:v rawvideo -pix_fmt pal8"));
+        VideoReader reader = Opened(film);
+        for (const double position : {0.1, 0.7, 0.3, 0.1}) {
+            const QColor color = reader.At(position).image.pixelColor(84, 50);
+            EXPECT_NEAR(color.red(), 180, 3) << name << position;
+            EXPECT_NEAR(color.green(), 255, 3) << name << position;
+            EXPECT_NEAR(color.blue(), 85 * std::floor(5 * position), 3) << name << position;
         }
     }
 }

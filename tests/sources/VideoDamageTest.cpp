@@ -27,6 +27,26 @@ TEST_F(MadeClip, DamageGivesWhiteWhereAFrameIsLost) {
     EXPECT_EQ(NumberIn(reader.At(0.2).image), 12) << "after the loss";
 }
 
+TEST_F(MadeClip, BeforeTheFirstPictureThatCanBeDecodedThatOneIsShown) {
+    QFile file(
+        Make(QStringLiteral("late.avi"), QStringLiteral("-c:v mjpeg -pix_fmt yuvj420p"), 20));
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    QByteArray bytes = file.readAll();
+    qsizetype at = 0;
+    for (int i = 0; i < 4; ++i) {
+        at = bytes.indexOf("\xFF\xD8\xFF", at + 1);
+        bytes.replace(at, 200, QByteArray(200, '\0'));
+    }
+    ASSERT_TRUE(file.seek(0) && file.write(bytes) == bytes.size());
+    file.close();
+    VideoReader reader = Opened(file.fileName());
+    for (const double position : {0.5, 0.0, 0.12}) {
+        const SourceImage got = reader.At(position);
+        EXPECT_EQ(NumberIn(got.image), position == 0.5 ? 10 : 4) << position;
+        EXPECT_EQ(got.problem.has_value(), position < 0.2) << position;
+    }
+}
+
 TEST_F(MadeClip, LostPacketsSpoilNothingBeyondTheNextKeyFrame) {
     const QString whole =
         Make(QStringLiteral("whole.ts"), QStringLiteral("-c:v mpeg2video -q:v 3 -g 12 -bf 2"));

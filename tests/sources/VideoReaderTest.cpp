@@ -1,10 +1,12 @@
 #include <QFileInfo>
 #include <algorithm>
+#include <cmath>
 #include <random>
 #include <utility>
 #include <vector>
 
 #include "VideoClips.h"
+#include "sources/video/FrameFinder.h"
 #include "support/SampleMedia.h"
 
 namespace lumirra {
@@ -21,7 +23,7 @@ TEST_P(CounterClip, GivesTheFrameOfTheTime) {
     ASSERT_EQ(times.size(), 90U);
     VideoReader reader = Opened(path);
     const double duration = reader.Info().durationSeconds;
-    const int rotation = reader.Info().rotationDegrees;
+    const int rotation = 90 * reader.Info().display.quarterTurns;
     std::vector<std::pair<double, int>> wanted;
     for (std::size_t i = 0; i < times.size(); ++i) {
         const double end = i + 1 < times.size() ? times[i + 1] : duration;
@@ -122,6 +124,52 @@ TEST_F(MadeClip, TimesCountFromTheStartOfTheStream) {
     }
     ExpectExact(Make(QStringLiteral("one.mp4"), QStringLiteral("-c:v libx264 -pix_fmt yuv420p"), 1),
                 0, 1);
+}
+
+// A knob that is held over sparse key frames: what is shown is at hand, and comes nearer with every
+// call until it is there.
+TEST_F(MadeClip, NearPicturesComeNearer) {
+    const QString path = Make(QStringLiteral("sparse.mp4"),
+                              QStringLiteral("-c:v libx264 -pix_fmt yuv420p -g 50 -bf 0 "
+                                             "-x264-params scenecut=0"),
+                              100);
+    auto stream = VideoStream::Open(path);
+    ASSERT_TRUE(stream);
+    const double ticks = 1 / (25 * stream->TickSeconds());
+    FrameFinder finder(*std::move(stream), kScrubbing.keepBytes);
+    const auto near = [&](int wanted) {  // as little decoding as possible: the time is up already
+        const auto got = finder.Near(std::lround((wanted + 0.5) * ticks), {}, {});
+        return std::pair(got.frame ? int(std::lround(double(got.frame->time) / ticks)) : -1,
+                         got.arrived);
+    };
+    EXPECT_EQ(near(0).first, 0);
+    const std::vector<std::pair<int, int>> holds{{57, 50}, {45, 50}, {90, 47}, {3, 3}};
+    for (const auto& [wanted, first] : holds) {
+        auto [shown, arrived] = near(wanted);
+        EXPECT_EQ(shown, first) << "a key frame, the next frame, or one that is held and nearer";
+        int calls = 1;
+        for (; !arrived && calls < 100; ++calls) {
+            const auto [next, there] = near(wanted);
+            EXPECT_LE(std::abs(next - wanted), std::abs(shown - wanted)) << wanted;
+            shown = next;
+            arrived = there;
+        }
+        EXPECT_EQ(shown, wanted);
+        EXPECT_TRUE(arrived);
+        EXPECT_LE(calls, 52) << "one run from the key frame";
+    }
+    VideoReader reader = Opened(path);
+    std::stop_source stop;
+    stop.request_stop();
+    const SourceImage stopped = reader.At(0.99, stop.get_token());
+    EXPECT_TRUE(stopped.image.isNull());
+    EXPECT_EQ(stopped.problem->kind, Failure::Kind::Stopped);
+    NearImage picture;
+    for (int calls = 0; !picture.exact && calls < 1000; ++calls) {
+        picture = reader.Near(0.3);
+        EXPECT_FALSE(picture.picture.image.isNull());
+    }
+    EXPECT_EQ(NumberIn(picture.picture.image), 30);
 }
 
 TEST_F(MadeClip, AlphaIsKept) {

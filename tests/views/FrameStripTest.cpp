@@ -123,17 +123,16 @@ TEST_F(FrameStrip, BordersTellWhatIsSelected) {
         return At(Look(), strip.CellRect(index).topLeft() + QPoint(depth, 60)).rgb();
     };
     EXPECT_NE(edge(0, 0), QColor(Qt::white).rgb()) << "no border before the selection is known";
-    strip.ShowOnlySelected(1);
+    strip.ShowSelection({false, true}, 1);
     EXPECT_EQ(edge(0, 2), QColor(Qt::white).rgb());
     EXPECT_NE(edge(0, 3), QColor(Qt::white).rgb());
     EXPECT_EQ(edge(1, 0), blue.rgb());
     EXPECT_EQ(edge(1, 3), blue.rgb());
     EXPECT_NE(edge(1, 4), blue.rgb());
-    strip.ShowSelected(0, true);
+    strip.ShowSelection({true, true, true}, 7);
     EXPECT_EQ(edge(0, 3), blue.rgb());
-    EXPECT_EQ(edge(1, 3), blue.rgb()) << "the others keep theirs";
-    strip.ShowSelected(7, true);
-    strip.ShowOnlySelected(-1);
+    EXPECT_EQ(edge(1, 3), blue.rgb());
+    strip.ShowSelection({}, -1);
     EXPECT_EQ(edge(0, 0), QColor(Qt::white).rgb());
 }
 
@@ -186,7 +185,7 @@ TEST_F(FrameStrip, AssistiveTechnologySeesAListOfFrames) {
     strip.SetCaption([](int index) { return QString::number(index + 1); });
     strip.Rebuild(Thumbnails(10));
     strip.ScrollTo(0);
-    strip.ShowOnlySelected(1);
+    strip.ShowSelection({false, true}, 1);
     QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&strip);
     ASSERT_EQ(list->role(), QAccessible::List);
     ASSERT_EQ(list->childCount(), 10);

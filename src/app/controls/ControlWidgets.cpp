@@ -2,8 +2,10 @@
 
 #include <QCheckBox>
 #include <QColor>
+#include <QDoubleSpinBox>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QSignalBlocker>
 
 #include "views/controls/CaptionField.h"
 #include "views/controls/ColorWell.h"
@@ -45,7 +47,7 @@ TextColor ToTextColor(const QColor& color) {
 
 }  // namespace
 
-ControlWidgets::ControlWidgets(const SettingWidgets& widgets, std::function<void(Control)> onEdited)
+ControlWidgets::ControlWidgets(const SettingWidgets& widgets, OnEdited onEdited)
     : widgets_(widgets), onEdited_(std::move(onEdited)) {
     for (const ControlRow& row : ControlTable()) {
         Connect(row);
@@ -54,123 +56,143 @@ ControlWidgets::ControlWidgets(const SettingWidgets& widgets, std::function<void
 
 void ControlWidgets::Connect(const ControlRow& row) {
     QWidget& widget = WidgetOf(row.control);
-    const auto edited = [this, control = row.control] { onEdited_(control); };
+    const auto edited = [this, control = row.control](const edits::ControlInput& input) {
+        onEdited_(control, input);
+    };
     switch (row.kind) {
         case ControlKind::Slider:
         case ControlKind::Stepper:
-            QObject::connect(&As<RangeControl>(widget), &RangeControl::ValueEdited, &widget,
+            QObject::connect(&As<RangeControl>(widget), &RangeControl::ValueEdited, &context_,
                              edited);
             break;
+        case ControlKind::Number:
+            QObject::connect(&As<QDoubleSpinBox>(widget), &QDoubleSpinBox::valueChanged, &context_,
+                             [edited](double value) { edited(static_cast<float>(value)); });
+            break;
         case ControlKind::Check:
-            QObject::connect(&As<QCheckBox>(widget), &QCheckBox::clicked, &widget, edited);
+            QObject::connect(&As<QCheckBox>(widget), &QCheckBox::clicked, &context_,
+                             [edited](bool on) { edited(on); });
             break;
         case ControlKind::Radio:
-            QObject::connect(&As<QRadioButton>(widget), &QRadioButton::clicked, &widget,
+            QObject::connect(&As<QRadioButton>(widget), &QRadioButton::clicked, &context_,
                              [&widget, edited] {
                                  // A click on the radio that is on leaves it on.
                                  As<QRadioButton>(widget).setChecked(true);
-                                 edited();
+                                 edited(true);
                              });
             break;
         case ControlKind::PopUp:
-            QObject::connect(&As<PopUp>(widget), &PopUp::activated, &widget, edited);
+            QObject::connect(&As<PopUp>(widget), &PopUp::activated, &context_,
+                             [edited](int index) { edited(index); });
             break;
-        case ControlKind::Text: {
-            const auto left = [this, control = row.control] { CommitText(control); };
-            if (auto* caption = qobject_cast<CaptionField*>(&widget)) {
-                QObject::connect(caption, &CaptionField::editingFinished, &widget, left);
-            } else {
-                QObject::connect(&As<QLineEdit>(widget), &QLineEdit::editingFinished, &widget,
-                                 left);
-            }
+        case ControlKind::Text:
+            ConnectText(row.control);
             break;
-        }
         case ControlKind::Color:
-            QObject::connect(&As<ColorWell>(widget), &ColorWell::ColorEdited, &widget, edited);
+            QObject::connect(&As<ColorWell>(widget), &ColorWell::ColorEdited, &context_,
+                             [this, edited](const QColor& color) { edited(ColorOf(color)); });
             break;
     }
 }
 
-void ControlWidgets::CommitText(Control control) {
+void ControlWidgets::ConnectText(Control control) {
+    QWidget& widget = WidgetOf(control);
+    if (auto* caption = qobject_cast<CaptionField*>(&widget)) {
+        QObject::connect(caption, &CaptionField::editingFinished, &context_,
+                         [this, control] { CommitText(control, false); });
+        return;
+    }
+    auto& field = As<QLineEdit>(widget);
+    QObject::connect(&field, &QLineEdit::returnPressed, &context_,
+                     [this, control] { CommitText(control, true); });
+    QObject::connect(&field, &QLineEdit::editingFinished, &context_,
+                     [this, control] { CommitText(control, false); });
+}
+
+bool ControlWidgets::IsBeingTyped(Control control) const {
+    return TextOf(WidgetOf(control)) != shown_[static_cast<std::size_t>(control)];
+}
+
+void ControlWidgets::CommitText(Control control, bool always) {
+    if (!always && !IsBeingTyped(control)) {
+        return;
+    }
     QString text = TextOf(WidgetOf(control));
-    QString& committed = committed_[static_cast<std::size_t>(control)];
-    if (text != committed) {
-        committed = std::move(text);
-        onEdited_(control);
+    // From here on it is what the field shows; the rule may put another text in its place.
+    shown_[static_cast<std::size_t>(control)] = text;
+    onEdited_(control, text);
+}
+
+void ControlWidgets::CommitTyping() {
+    for (const ControlRow& row : ControlTable()) {
+        if (row.kind == ControlKind::Text) {
+            CommitText(row.control, false);
+        } else if (row.kind == ControlKind::Number) {
+            As<QDoubleSpinBox>(WidgetOf(row.control)).interpretText();
+        }
     }
 }
 
+/// A well holds 16 bits of each channel only: what was shown, unless it now shows another colour.
 TextColor ControlWidgets::ColorOf(const QColor& shown) const {
     return shown.rgba64() == ToQColor(color_).rgba64() ? color_ : ToTextColor(shown);
 }
 
-ControlValues ControlWidgets::Read() const {
-    ControlValues values;
-    values.SetCropUnitInForce(cropUnitInForce_);
+void ControlWidgets::Show(const ControlValues& values) {
     for (const ControlRow& row : ControlTable()) {
-        QWidget& widget = WidgetOf(row.control);
-        switch (row.kind) {
-            case ControlKind::Slider:
-            case ControlKind::Stepper:
-                values.SetNumber(row.control, As<RangeControl>(widget).value());
-                break;
-            case ControlKind::Check:
-            case ControlKind::Radio:
-                values.SetOn(row.control, As<QAbstractButton>(widget).isChecked());
-                break;
-            case ControlKind::PopUp:
-                values.SetIndex(row.control, As<PopUp>(widget).currentIndex());
-                break;
-            case ControlKind::Text:
-                values.SetText(row.control, TextOf(widget));
-                break;
-            case ControlKind::Color:
-                values.SetColor(row.control, ColorOf(As<ColorWell>(widget).color()));
-                break;
-        }
-    }
-    return values;
-}
-
-void ControlWidgets::Write(const ControlValues& values) {
-    cropUnitInForce_ = values.CropUnitInForce();
-    for (const ControlRow& row : ControlTable()) {
-        QWidget& widget = WidgetOf(row.control);
-        switch (row.kind) {
-            case ControlKind::Slider:
-                As<RangeControl>(widget).setValue(values.Number(row.control));
-                break;
-            case ControlKind::Stepper: {
-                auto& stepper = As<RangeControl>(widget);
-                const ValueRange range = RangeInForce(row.control, cropUnitInForce_);
-                stepper.setRange(range.minimum, range.maximum);
-                stepper.setValue(values.Number(row.control));
-                break;
-            }
-            case ControlKind::Check:
-            case ControlKind::Radio:
-                As<QAbstractButton>(widget).setChecked(values.IsOn(row.control));
-                break;
-            case ControlKind::PopUp:
-                As<PopUp>(widget).setCurrentIndex(values.Index(row.control));
-                break;
-            case ControlKind::Text:
-                // A field that holds the text already keeps its cursor, and what is typed in it but
-                // not committed stays so.
-                if (const QString& text = values.Text(row.control); TextOf(widget) != text) {
-                    SetTextOf(widget, text);
-                    committed_[static_cast<std::size_t>(row.control)] = text;
-                }
-                break;
-            case ControlKind::Color:
-                color_ = values.Color(row.control);
-                As<ColorWell>(widget).setColor(ToQColor(color_));
-                break;
-        }
+        ShowRow(row, values);
     }
 }
 
-bool ControlWidgets::IsDragged(Control control) const {
+void ControlWidgets::ShowRow(const ControlRow& row, const ControlValues& values) {
+    QWidget& widget = WidgetOf(row.control);
+    switch (row.kind) {
+        case ControlKind::Slider:
+            As<RangeControl>(widget).setValue(values.Number(row.control));
+            break;
+        case ControlKind::Stepper: {
+            auto& stepper = As<RangeControl>(widget);
+            const ValueRange range = RangeInForce(row.control, values.CropUnitInForce());
+            stepper.setRange(range.minimum, range.maximum);
+            stepper.setValue(values.Number(row.control));
+            break;
+        }
+        case ControlKind::Number: {
+            const QSignalBlocker blocker(widget);
+            As<QDoubleSpinBox>(widget).setValue(static_cast<double>(values.Number(row.control)));
+            break;
+        }
+        case ControlKind::Check:
+        case ControlKind::Radio:
+            As<QAbstractButton>(widget).setChecked(values.IsOn(row.control));
+            break;
+        case ControlKind::PopUp:
+            As<PopUp>(widget).setCurrentIndex(values.Index(row.control));
+            break;
+        case ControlKind::Text:
+            ShowText(row.control, values.Text(row.control));
+            break;
+        case ControlKind::Color:
+            color_ = values.Color(row.control);
+            As<ColorWell>(widget).setColor(ToQColor(color_));
+            break;
+    }
+}
+
+void ControlWidgets::ShowText(Control control, const QString& text) {
+    QString& shown = shown_[static_cast<std::size_t>(control)];
+    QWidget& widget = WidgetOf(control);
+    if (IsBeingTyped(control)) {
+        return;
+    }
+    shown = text;
+    // A field that holds the text already keeps its cursor.
+    if (TextOf(widget) != text) {
+        SetTextOf(widget, text);
+    }
+}
+
+bool ControlWidgets::IsHeld(Control control) const {
     const auto* slider = qobject_cast<const ValueSlider*>(&WidgetOf(control));
     return slider != nullptr && slider->IsDragged();
 }

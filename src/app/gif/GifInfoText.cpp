@@ -35,6 +35,9 @@ QString GifInfoText(const GifInfo& info, int leftOut) {
     if (leftOut > 0) {
         parts.insert(1, Translated("%1 unreadable").arg(leftOut));
     }
+    if (info.slowed) {
+        parts.append(Translated("viewers play 0.01 s as 0.1 s"));
+    }
     return parts.join(QStringLiteral(" · "));
 }
 

@@ -1,17 +1,14 @@
 #include "app/gif/SizeEstimate.h"
 
+#include <utility>
+
 #include "output/SizeText.h"
+#include "project/ExportRequest.h"
 
 namespace lumirra {
 namespace {
 
 constexpr int kRestMilliseconds = 400;
-
-/// Whether the two come to the same size and the same words.
-bool SameSize(const GifRequest& a, const GifRequest& b) {
-    return a.framePaths == b.framePaths && a.colorLevels == b.colorLevels &&
-           a.fitMode == b.fitMode && a.quality == b.quality && a.maxBytes == b.maxBytes;
-}
 
 QString TextOf(const GifRequest& request, const Outcome<GifEstimate>& estimate) {
     if (!estimate) {
@@ -32,22 +29,17 @@ SizeEstimate::SizeEstimate(QLabel& line, QObject* parent) : QObject(parent), lin
     rest_.setSingleShot(true);
     rest_.setInterval(kRestMilliseconds);
     connect(&rest_, &QTimer::timeout, this, &SizeEstimate::Start);
-    connect(this, &SizeEstimate::Found, this, &SizeEstimate::Finish, Qt::QueuedConnection);
 }
 
-SizeEstimate::~SizeEstimate() {
-    worker_.request_stop();
-}
-
-void SizeEstimate::Follow(const GifRequest& request) {
-    if (SameSize(request, request_)) {
+void SizeEstimate::Follow(GifRequest request) {
+    request = SizeRequest(std::move(request));
+    request.threads = 1;  // the other cores are for what the user waits for
+    if (request == request_) {
         return;
     }
-    request_ = request;
-    request_.threads = 1;  // the other cores are for what the user waits for
-    ++number_;
-    worker_.request_stop();
-    if (request_.framePaths.isEmpty()) {
+    request_ = std::move(request);
+    worker_.Forget();
+    if (request_.frames.empty()) {
         rest_.stop();
         line_.clear();
         return;
@@ -56,24 +48,10 @@ void SizeEstimate::Follow(const GifRequest& request) {
 }
 
 void SizeEstimate::Start() {
-    if (working_) {
-        return;  // the end of the work that was stopped starts the next
-    }
-    working_ = true;
     line_.setText(tr("Estimating the size…"));
-    worker_ =
-        std::jthread([this, request = request_, number = number_](const std::stop_token& stop) {
-            Q_EMIT Found(TextOf(request, EstimateGif(request, stop)), number);
-        });
-}
-
-void SizeEstimate::Finish(const QString& text, quint64 number) {
-    working_ = false;
-    if (number == number_) {
-        line_.setText(text);
-    } else if (!rest_.isActive() && !request_.framePaths.isEmpty()) {
-        Start();
-    }
+    worker_.Submit([this, request = request_](const std::stop_token& stop) {
+        return [this, text = TextOf(request, EstimateGif(request, stop))] { line_.setText(text); };
+    });
 }
 
 }  // namespace lumirra

@@ -3,9 +3,9 @@
 #include <QLabel>
 #include <QObject>
 #include <QTimer>
-#include <thread>
 
-#include "output/GifEstimate.h"
+#include "jobs/LatestWorker.h"
+#include "output/GifWriter.h"
 
 namespace lumirra {
 
@@ -18,27 +18,19 @@ class SizeEstimate : public QObject {
   public:
     /// `line` must outlive the object.
     explicit SizeEstimate(QLabel& line, QObject* parent = nullptr);
-    ~SizeEstimate() override;
 
-    /// No frames: the line is empty. The same request again changes nothing.
-    void Follow(const GifRequest& request);
+    /// No frames: the line is empty. A request that leads to the same size changes nothing.
+    void Follow(GifRequest request);
     /// The line does not show yet what was asked for last.
-    bool IsBusy() const { return rest_.isActive() || working_; }
-
-  Q_SIGNALS:
-    /// From the worker: the words for the request of that number.
-    void Found(const QString& text, quint64 number);
+    bool IsBusy() const { return rest_.isActive() || worker_.IsBusy(); }
 
   private:
     void Start();
-    void Finish(const QString& text, quint64 number);
 
     QLabel& line_;
     QTimer rest_;
     GifRequest request_;
-    quint64 number_ = 0;  ///< of the request; an answer to an earlier one is dropped
-    bool working_ = false;
-    std::jthread worker_;
+    LatestWorker worker_;
 };
 
 }  // namespace lumirra

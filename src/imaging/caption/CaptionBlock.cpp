@@ -6,8 +6,10 @@
 #include <cmath>
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
+#include "imaging/PictureFormat.h"
 #include "imaging/caption/TextBlock.h"
 
 namespace lumirra {
@@ -33,10 +35,11 @@ std::optional<QPoint> BlockOrigin(int width, int height, const QSize& block,
         double down;
     };
     constexpr std::array<Place, 5> kPlaces = {{{0, 1}, {1, 1}, {0, 0}, {1, 0}, {0.5, 0.5}}};
-    if (style.positionIndex < 0 || style.positionIndex >= static_cast<int>(kPlaces.size())) {
+    const auto index = static_cast<std::size_t>(style.position);
+    if (index >= kPlaces.size()) {
         return std::nullopt;
     }
-    const Place place = kPlaces[static_cast<std::size_t>(style.positionIndex)];
+    const Place place = kPlaces[index];
     const auto offset = [](float value) {
         return std::isnan(value) ? 0.0 : std::clamp(value, -kLargestOffset, kLargestOffset);
     };
@@ -147,6 +150,9 @@ CaptionBlock PaintCaption(int width, int height, const CaptionStyle& style) {
         return {};
     }
     QFont font(style.fontName);
+    if (!style.fontStyle.isEmpty()) {
+        font.setStyleName(style.fontStyle);
+    }
     font.setPixelSize(pixelSize);
     font.setHintingPreference(QFont::PreferNoHinting);
     const TextBlock block(style.text.left(kLongestText), font, width);
@@ -167,18 +173,14 @@ CaptionBlock PaintCaption(int width, int height, const CaptionStyle& style) {
     if (visible.isEmpty()) {
         return {};
     }
-    QImage canvas(canvasRect.size(), QImage::Format_ARGB32_Premultiplied);
-    if (canvas.isNull()) {
-        return {};
-    }
+    QImage canvas = NewPicture(canvasRect.size(), QImage::Format_ARGB32_Premultiplied);
     canvas.fill(Qt::transparent);
     PaintGlyphs(canvas, *origin - canvasRect.topLeft(), block, style, fontSize);
     if (style.shadowOn) {
         AddShadow(canvas);
     }
-    return {canvas.copy(visible.translated(-canvasRect.topLeft()))
-                .convertToFormat(QImage::Format_RGBA8888),
-            visible.topLeft()};
+    QImage shown = Made(canvas.copy(visible.translated(-canvasRect.topLeft())));
+    return {Converted(std::move(shown), QImage::Format_RGBA8888), visible.topLeft()};
 }
 
 }  // namespace lumirra

@@ -39,6 +39,8 @@ void TextBlock::LayOut(const QString& paragraph, const QFont& font, int widthLim
     auto layout = std::make_unique<QTextLayout>(paragraph, font);
     // Absolute: 'left' would mean the right edge in a right-to-left paragraph.
     QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
+    // Otherwise it is the desktop's: a machine's language would change what is drawn.
+    option.setTextDirection(Qt::LayoutDirectionAuto);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout->setTextOption(option);
     layout->beginLayout();

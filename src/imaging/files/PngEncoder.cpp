@@ -38,12 +38,12 @@ void EndChunk(QByteArray& file, qsizetype start) {
 
 void AppendHeader(QByteArray& file, const QImage& rgba) {
     constexpr char kEightBits = 8;
-    constexpr char kTrueColourWithAlpha = 6;
+    constexpr char kTrueColorWithAlpha = 6;
     const qsizetype start = BeginChunk(file, "IHDR");
     AppendNumber(file, static_cast<std::uint32_t>(rgba.width()));
     AppendNumber(file, static_cast<std::uint32_t>(rgba.height()));
     file.append(kEightBits);
-    file.append(kTrueColourWithAlpha);
+    file.append(kTrueColorWithAlpha);
     file.append(3, '\0');  // deflate, the standard filters, not interlaced
     EndChunk(file, start);
 }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "imaging/PictureFormat.h"
 #include "imaging/RowBands.h"
 #include "imaging/kernels/PlaneRing.h"
 
@@ -243,10 +244,7 @@ void MakeBand(const Pass& pass, int first, int end) {
 }  // namespace
 
 QImage ApplyEdgeEffects(const QImage& image, const EdgeEffects& effects, int threads) {
-    QImage result(image.size(), QImage::Format_RGBA8888);
-    if (result.isNull()) {
-        return {};
-    }
+    QImage result = NewPicture(image.size(), QImage::Format_RGBA8888);
     const GaussianWeights weights(effects.cartoon ? effects.cartoon->blur : 0);
     const bool premultiplied = weights.radius() > 0 && !IsOpaque(image);
     const Pass pass = {image,         effects,       weights,

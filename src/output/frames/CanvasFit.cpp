@@ -6,6 +6,8 @@
 
 #include "imaging/CropScale.h"
 #include "imaging/Effects.h"
+#include "imaging/PixelLimits.h"
+#include "imaging/Words.h"
 #include "output/frames/FrameFile.h"
 
 namespace lumirra {
@@ -19,14 +21,13 @@ Failure NoFrames() {
     return {Failure::Kind::Unreadable, QStringLiteral("None of the frames can be read."), {}};
 }
 
-Failure CanvasTooLarge(long long width, long long height) {
+Failure CanvasTooLarge(long long width, long long height, const AnimationEncoder& encoder) {
     return {Failure::Kind::TooLarge,
-            QStringLiteral("The frames need a picture of %1 x %2 pixels, which is too large for a "
-                           "GIF (at most %3 on a side and %4 million pixels).")
-                .arg(width)
-                .arg(height)
-                .arg(kMaxGifSide)
-                .arg(kMaxFramePixels / 1'000'000),
+            Filled(QStringLiteral(
+                       "The frames need a picture of %1 x %2 pixels, which is too large for a "
+                       "%5 (at most %3 on a side and %4 million pixels)."),
+                   width, height, encoder.Limits().longestSide, kMaxFramePixels / 1'000'000,
+                   encoder.Name()),
             {}};
 }
 
@@ -35,48 +36,54 @@ QImage CroppedToCanvas(const QImage& frame, const CanvasFit& fit) {
     return ImageTools::DrawScaled(ImageTools::CropImage(frame, rect), fit.width, fit.height);
 }
 
-void CopyRow(const uchar* from, gif::Rgba* to, int count) {
+/// A pixel is drawn from half its alpha on.
+void CopyHardRow(const uchar* from, Rgba* to, int count) {
+    constexpr std::uint8_t kOpaqueFrom = 128;
     for (int x = 0; x < count; ++x) {
-        gif::Rgba color;
+        Rgba color;
         std::memcpy(&color, from + static_cast<std::ptrdiff_t>(x) * 4, sizeof color);
-        const bool opaque = color.a >= gif::kOpaqueFrom;
+        const bool opaque = color.a >= kOpaqueFrom;
         color.a = 255;
-        to[x] = opaque ? color : gif::Rgba{};
+        to[x] = opaque ? color : Rgba{};
     }
 }
 
 }  // namespace
 
-Outcome<CanvasFit> FitFor(const QStringList& framePaths, FrameFitMode mode) {
+Outcome<CanvasFit> FitFor(const std::vector<FrameInput>& frames, FrameFitMode mode,
+                          const AnimationEncoder& encoder) {
     CanvasFit fit;
     fit.mode = mode;
-    ImageSize size = VideoTools::LargestFrameSize(framePaths);
+    fit.softAlpha = encoder.Limits().softAlpha;
+    const FrameSizes sizes = SizesOf(frames);
+    ImageSize size = VideoTools::LargestFrameSize(sizes);
     if (!(size.width > 0) || !(size.height > 0)) {
         return NoFrames();
     }
     if (mode == FrameFitMode::CropToSmallest) {
-        fit.ratio = VideoTools::CommonAspectRatio(framePaths);
-        const ImageSize smallest = VideoTools::SmallestFrameSize(framePaths);
+        fit.ratio = VideoTools::CommonAspectRatio(sizes);
+        const ImageSize smallest = VideoTools::SmallestFrameSize(sizes);
         const ImageRect canvas =
             ImageTools::RatioCropRect(smallest.width, smallest.height, fit.ratio);
         size = {std::max(std::round(canvas.width), 1.0), std::max(std::round(canvas.height), 1.0)};
     }
-    if (size.width > kMaxGifSide || size.height > kMaxGifSide ||
+    const int longest = encoder.Limits().longestSide;
+    if (size.width > longest || size.height > longest ||
         size.width * size.height > static_cast<double>(kMaxFramePixels)) {
-        return CanvasTooLarge(std::llround(size.width), std::llround(size.height));
+        return CanvasTooLarge(std::llround(size.width), std::llround(size.height), encoder);
     }
     fit.width = static_cast<int>(size.width);
     fit.height = static_cast<int>(size.height);
     return fit;
 }
 
-gif::Picture PlaceOnCanvas(const QImage& frame, const CanvasFit& fit, int colorLevels) {
+Canvas PlaceOnCanvas(const QImage& frame, const CanvasFit& fit, int colorLevels) {
     QImage image =
         colorLevels == kAllLevels ? frame : ImageTools::Posterize(frame, std::max(colorLevels, 0));
     if (fit.mode == FrameFitMode::CropToSmallest) {
         image = CroppedToCanvas(image, fit);
     }
-    gif::Picture canvas{fit.width, fit.height, {}};
+    Canvas canvas{fit.width, fit.height, {}};
     canvas.pixels.resize(static_cast<std::size_t>(fit.width) *
                          static_cast<std::size_t>(fit.height));
     const int left = std::max(fit.width - image.width(), 0) / 2;
@@ -84,7 +91,13 @@ gif::Picture PlaceOnCanvas(const QImage& frame, const CanvasFit& fit, int colorL
     const int columns = std::min(image.width(), fit.width);
     const int rows = std::min(image.height(), fit.height);
     for (int y = 0; y < rows; ++y) {
-        CopyRow(image.constScanLine(y), canvas.Row(top + y) + left, columns);
+        Rgba* row = canvas.Row(top + y) + left;
+        if (fit.softAlpha) {
+            std::memcpy(row, image.constScanLine(y),
+                        sizeof(Rgba) * static_cast<std::size_t>(columns));
+        } else {
+            CopyHardRow(image.constScanLine(y), row, columns);
+        }
     }
     return canvas;
 }

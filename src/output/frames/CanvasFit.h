@@ -1,11 +1,11 @@
 #pragma once
 
 #include <QImage>
-#include <QStringList>
 
 #include "imaging/Outcome.h"
-#include "output/GifSizes.h"
-#include "output/gif/Picture.h"
+#include "output/FrameSizes.h"
+#include "output/animation/AnimationEncoder.h"
+#include "output/animation/Canvas.h"
 
 namespace lumirra {
 
@@ -16,13 +16,17 @@ struct CanvasFit {
     FrameFitMode mode = FrameFitMode::CenterOnCanvas;
     int width = 0;
     int height = 0;
-    float ratio = 1;  ///< of the crop in `CropToSmallest`
+    float ratio = 1;         ///< of the crop in `CropToSmallest`
+    bool softAlpha = false;  ///< else a pixel is there or not
 };
 
-/// The canvas for these frames, or why there can be none: no frame is readable, or it is too large.
-Outcome<CanvasFit> FitFor(const QStringList& framePaths, FrameFitMode mode);
+/// The canvas for these frames, or why there can be none: no frame is readable, or it is larger
+/// than the encoder or memory allows.
+Outcome<CanvasFit> FitFor(const std::vector<FrameInput>& frames, FrameFitMode mode,
+                          const AnimationEncoder& encoder);
 
-/// The posterised frame on the canvas. The frame is Format_RGBA8888.
-gif::Picture PlaceOnCanvas(const QImage& frame, const CanvasFit& fit, int colorLevels);
+/// The posterised frame on the canvas, with alpha as the encoder takes it. The frame is
+/// Format_RGBA8888.
+Canvas PlaceOnCanvas(const QImage& frame, const CanvasFit& fit, int colorLevels);
 
 }  // namespace lumirra

@@ -1,15 +1,18 @@
 #pragma once
 
-#include "output/GifWriter.h"
+#include "output/AnimationRequest.h"
+#include "output/animation/AnimationEncoder.h"
 #include "output/frames/CanvasFit.h"
-#include "output/gif/Encoder.h"
 
 namespace lumirra {
 
 /// The encoder's own view of a request on that canvas.
-gif::EncoderOptions OptionsFor(const GifRequest& request, const CanvasFit& fit);
+AnimationOptions OptionsFor(const AnimationRequest& request, const CanvasFit& fit);
+
+/// Hundredths of a second that the frame is shown.
+int DelayOf(const FrameInput& frame, const AnimationRequest& request);
 
 Failure NothingReadable();
-Failure NoMemory();
+Failure NoMemory(const AnimationEncoder& encoder);
 
 }  // namespace lumirra

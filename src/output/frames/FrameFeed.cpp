@@ -2,18 +2,23 @@
 
 #include <algorithm>
 
+#include "output/frames/EncoderSetup.h"
 #include "output/frames/FrameFile.h"
 
 namespace lumirra {
 
-std::optional<gif::Picture> FrameFeed::Load(int entry) {
-    const Outcome<QImage> frame = ReadFrame(request_.framePaths.at(entry));
+std::optional<TimedCanvas> FrameFeed::Load(int entry) {
+    const FrameInput& input = request_.frames.at(static_cast<std::size_t>(entry));
+    const Outcome<QImage> frame = ReadFrame(input.path);
     if (!frame) {
         const std::scoped_lock lock(mutex_);
         leftOut_.emplace_back(entry, frame.failure());
         return std::nullopt;
     }
-    return PlaceOnCanvas(*frame, fit_, request_.colorLevels);
+    TimedCanvas loaded{PlaceOnCanvas(*frame, fit_, request_.colorLevels), DelayOf(input, request_)};
+    const std::scoped_lock lock(mutex_);
+    hundredths_ += loaded.delay;
+    return loaded;
 }
 
 std::vector<Failure> FrameFeed::TakeLeftOut() {

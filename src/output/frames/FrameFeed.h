@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "output/GifWriter.h"
+#include "output/AnimationRequest.h"
 #include "output/frames/CanvasFit.h"
 
 namespace lumirra {
@@ -14,16 +14,20 @@ namespace lumirra {
 class FrameFeed {
   public:
     /// Both must outlive the feed.
-    FrameFeed(const GifRequest& request, const CanvasFit& fit) : request_(request), fit_(fit) {}
+    FrameFeed(const AnimationRequest& request, const CanvasFit& fit)
+        : request_(request), fit_(fit) {}
 
-    std::optional<gif::Picture> Load(int entry);
+    std::optional<TimedCanvas> Load(int entry);
+    /// How long the frames loaded are shown.
+    double Seconds() const { return static_cast<double>(hundredths_) / 100; }
     /// Why frames are missing, in the order of the frames.
     std::vector<Failure> TakeLeftOut();
 
   private:
-    const GifRequest& request_;
+    const AnimationRequest& request_;
     const CanvasFit& fit_;
     std::mutex mutex_;
+    long long hundredths_ = 0;
     std::vector<std::pair<int, Failure>> leftOut_;
 };
 

@@ -7,6 +7,13 @@
 #include <QFile>
 #include <QImageReader>
 #include <memory>
+#include <new>
+
+#include "imaging/PictureFormat.h"
+#include "imaging/PixelLimits.h"
+#include "imaging/Words.h"
+#include "imaging/files/FileName.h"
+#include "imaging/files/SystemReason.h"
 
 namespace lumirra {
 
@@ -24,10 +31,8 @@ Failure Unreadable(const QString& path, const QString& reason) {
 
 Failure TooLarge(const QString& path, long long width, long long height) {
     return {Failure::Kind::TooLarge,
-            QStringLiteral("The frame \"%1\" is too large: %2 x %3 pixels.")
-                .arg(path)
-                .arg(width)
-                .arg(height),
+            Filled(QStringLiteral("The frame \"%1\" is too large: %2 x %3 pixels."), path, width,
+                   height),
             path};
 }
 
@@ -63,36 +68,42 @@ bool IsPlain(spng_ctx* context, const spng_ihdr& header) {
     return header.bit_depth == 8 && spng_get_iccp(context, &profile) != 0;
 }
 
-Outcome<QImage> ReadOther(const QString& path) {
-    QImageReader reader(path);
+Outcome<QImage> ReadOther(QFile& file, const QString& path) {
+    file.seek(0);
+    QImageReader reader(&file);
     reader.setAutoTransform(true);
     reader.setDecideFormatFromContent(true);
-    QImageReader::setAllocationLimit(static_cast<int>(kMaxFramePixels * 8 >> 20U));
+    AllowLargestSources();
     const QSize size = reader.size();
     if (size.isValid() && !FitsLimits(size.width(), size.height())) {
         return TooLarge(path, size.width(), size.height());
     }
     QImage image = reader.read();
     if (image.isNull()) {
+        if (!size.isEmpty()) {
+            Made(QImage(size, QImage::Format_RGBA64));  // it may have been for want of memory
+        }
         return Unreadable(path, reader.errorString());
     }
     if (!FitsLimits(image.width(), image.height())) {
         return TooLarge(path, image.width(), image.height());
     }
-    if (image.colorSpace().isValid() && image.colorSpace() != QColorSpace(QColorSpace::SRgb)) {
-        image.convertToColorSpace(QColorSpace(QColorSpace::SRgb));
+    const QColorSpace space = image.colorSpace();
+    const QColorSpace sRgb(QColorSpace::SRgb);
+    const bool deep = image.depth() > 32;
+    if (space.isValid() && space != sRgb) {
+        image = Converted(std::move(image), deep ? QImage::Format_RGBA64 : QImage::Format_RGBA8888);
+        TransformColors(image, space.transformationToColorSpace(sRgb), 1);
     }
-    image = std::move(image).convertToFormat(QImage::Format_RGBA8888);
-    image.setDevicePixelRatio(1);
-    return image;
+    return AsRgba8888(image);
 }
 
 }  // namespace
 
 Outcome<ImageSize> ReadFrameSize(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return Unreadable(path, file.errorString());
+    QFile file;
+    if (const int error = OpenForReading(file, path); error != 0) {
+        return Unreadable(path, SystemReason(error));
     }
     if (IsPng(file)) {
         const Context context = OpenPng(file);
@@ -115,12 +126,12 @@ Outcome<ImageSize> ReadFrameSize(const QString& path) {
 }
 
 Outcome<QImage> ReadFrame(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return Unreadable(path, file.errorString());
+    QFile file;
+    if (const int error = OpenForReading(file, path); error != 0) {
+        return Unreadable(path, SystemReason(error));
     }
     if (!IsPng(file)) {
-        return ReadOther(path);
+        return ReadOther(file, path);
     }
     const Context context = OpenPng(file);
     spng_ihdr header{};
@@ -131,17 +142,16 @@ Outcome<QImage> ReadFrame(const QString& path) {
         return TooLarge(path, header.width, header.height);
     }
     if (!IsPlain(context.get(), header)) {
-        return ReadOther(path);
+        return ReadOther(file, path);
     }
-    QImage image(static_cast<int>(header.width), static_cast<int>(header.height),
-                 QImage::Format_RGBA8888);
-    std::size_t size = 0;
-    if (image.isNull() || spng_decoded_image_size(context.get(), SPNG_FMT_RGBA8, &size) != 0 ||
-        size != static_cast<std::size_t>(image.sizeInBytes())) {
-        return Unreadable(path, QStringLiteral("there is not enough memory"));
+    QImage image = NewPicture({static_cast<int>(header.width), static_cast<int>(header.height)},
+                              QImage::Format_RGBA8888);
+    const int error = spng_decode_image(context.get(), OwnPixels(image),
+                                        static_cast<std::size_t>(image.sizeInBytes()),
+                                        SPNG_FMT_RGBA8, SPNG_DECODE_TRNS);
+    if (error == SPNG_EMEM) {
+        throw std::bad_alloc();
     }
-    const int error =
-        spng_decode_image(context.get(), image.bits(), size, SPNG_FMT_RGBA8, SPNG_DECODE_TRNS);
     if (error != 0) {
         return Unreadable(path, QString::fromLatin1(spng_strerror(error)));
     }

@@ -24,8 +24,8 @@ EncoderTuning TuningFor(double quality) {
         reach(tuning.search.bandDiffusion, 0.48F);
         reach(tuning.search.refine, 0.75F);
         reach(tuning.search.goodEnough, 1);
-        tuning.goal.areaLimit =
-            static_cast<int>(std::lround((1 - better) * static_cast<float>(tuning.goal.areaLimit)));
+        tuning.denoise.areaLimit = static_cast<int>(
+            std::lround((1 - better) * static_cast<float>(tuning.denoise.areaLimit)));
     }
     return tuning;
 }

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "output/gif/search/StringSearch.h"
-#include "output/gif/target/Goal.h"
+#include "output/gif/denoise/TemporalDenoiser.h"
+#include "output/gif/lzw/LossyLzwSearch.h"
 
 namespace lumirra::gif {
 
 /// All that the quality setting decides.
 struct EncoderTuning {
-    GoalTuning goal;
+    DenoiseTuning denoise;
     SearchTuning search;
 };
 

@@ -9,27 +9,10 @@ namespace {
 
 constexpr int kShare = 8;
 constexpr int kBandRows = 8;
-/// Bytes that an image costs more because its strings are not learned yet: they weigh in a sample
-/// as in the whole, and no more than this share of it.
+/// Bytes that a picture costs more because the coder has not learned from it yet: they weigh in a
+/// sample as in the whole, and no more than this share of it.
 constexpr double kUnlearned = 100;
 constexpr double kMostUnlearned = 0.2;
-
-/// Bytes of an image of one colour: each string is one pixel longer than the one before. What
-/// stands still costs that much, and it grows with the root of the pixels.
-double OneColorBytes(long long pixels) {
-    constexpr int kFirstCode = 258;
-    constexpr int kLastCode = 4095;
-    double bits = 0;
-    int code = kFirstCode;
-    for (long long length = 1; pixels > 0; pixels -= length) {
-        bits += std::floor(std::log2(code)) + 1;
-        if (code < kLastCode) {
-            ++code;
-            ++length;
-        }
-    }
-    return bits / 8;
-}
 
 }  // namespace
 
@@ -52,19 +35,18 @@ std::vector<int> SampleRows(int height) {
     return rows;
 }
 
-void ImageSample::Add(double sampleBytes) {
-    ++images;
-    content += samplePixels < pixels ? std::max(sampleBytes - OneColorBytes(samplePixels), 0.0)
-                                     : sampleBytes;
+void PictureSample::Add(double sampleBytes) {
+    ++pictures;
+    content += whole ? sampleBytes : std::max(sampleBytes - unchangedSample, 0.0);
 }
 
-double ImageSample::WholeBytes(double contentRatio) const {
-    if (samplePixels >= pixels) {
+double PictureSample::WholeBytes(double complexityRatio) const {
+    if (whole) {
         return content;
     }
-    const double perImage = std::max(content / std::max(images, 1), 1.0);
-    const double shortcoming = 1 + std::min(kUnlearned / perImage, kMostUnlearned);
-    return images * OneColorBytes(pixels) + content * contentRatio / shortcoming;
+    const double perPicture = std::max(content / std::max(pictures, 1), 1.0);
+    const double shortcoming = 1 + std::min(kUnlearned / perPicture, kMostUnlearned);
+    return pictures * unchangedPicture + content * complexityRatio / shortcoming;
 }
 
 }  // namespace lumirra

@@ -8,16 +8,17 @@ namespace lumirra {
 /// order. At least one.
 std::vector<int> SampleRows(int height);
 
-/// Bytes of the image data of whole pictures, from those of their sampled rows.
-struct ImageSample {
-    long long samplePixels = 0;  ///< of each image
-    long long pixels = 0;
-    int images = 0;
-    double content = 0;  ///< bytes of the samples beyond those of images of one colour
+/// Bytes of the data of whole pictures, from those of their sampled rows.
+struct PictureSample {
+    bool whole = true;            ///< the samples are all rows
+    double unchangedSample = 0;   ///< bytes of a sample in which nothing changes
+    double unchangedPicture = 0;  ///< the same of a whole picture
+    int pictures = 0;
+    double content = 0;  ///< bytes of the samples beyond those that nothing changed would take
 
     void Add(double sampleBytes);
-    /// When whole pictures hold `contentRatio` times what the samples hold.
-    double WholeBytes(double contentRatio) const;
+    /// When whole pictures hold `complexityRatio` times what the samples hold.
+    double WholeBytes(double complexityRatio) const;
 };
 
 }  // namespace lumirra

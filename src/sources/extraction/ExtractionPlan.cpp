@@ -39,7 +39,7 @@ Outcome<ExtractionPlan> PlanExtraction(const ExtractionSettings& settings, doubl
     }
     ExtractionPlan plan;
     plan.start = startPosition;
-    plan.circular = settings.playModeIndex != 0;
+    plan.circular = settings.playMode == PlayMode::ForthAndBack;
     const double seconds = std::isfinite(durationSeconds) ? durationSeconds * span : 0;
     const double pieces = std::max(0.0, std::ceil(seconds / settings.intervalSeconds));
     const auto count = FrameCount(settings.fixedNumber ? settings.frameCount : pieces + 1);

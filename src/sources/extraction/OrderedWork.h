@@ -33,6 +33,9 @@ class OrderedWork {
         std::vector<std::jthread> workers;
         try {
             Start(workers, [&] { WorkOn(take, work); });
+            if (workers.empty()) {
+                RunAlone(take, work, deliver);
+            }
             while (std::optional<Result> result = WaitForNext()) {
                 if (!deliver(*std::move(result))) {
                     break;
@@ -52,19 +55,26 @@ class OrderedWork {
     }
 
   private:
-    /// One worker does; more are a matter of speed.
+    /// As many as the system lets us have.
     template <typename Body>
     void Start(std::vector<std::jthread>& workers, const Body& body) {
         while (workers.size() < static_cast<std::size_t>(threads_)) {
             try {
                 workers.emplace_back(body);
             } catch (const std::system_error&) {
-                if (workers.empty()) {
-                    throw;
-                }
                 return;
             }
         }
+    }
+
+    template <typename Take, typename Work, typename Deliver>
+    void RunAlone(const Take& take, const Work& work, const Deliver& deliver) {
+        for (std::optional<Item> item = take(); item; item = take()) {
+            if (!deliver(work(*std::move(item)))) {
+                break;
+            }
+        }
+        End(nullptr);
     }
 
     template <typename Take, typename Work>

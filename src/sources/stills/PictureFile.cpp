@@ -9,7 +9,8 @@
 #include <cerrno>
 #include <string_view>
 
-#include "sources/SystemReason.h"
+#include "imaging/files/FileName.h"
+#include "imaging/files/SystemReason.h"
 
 namespace lumirra {
 namespace {
@@ -61,7 +62,7 @@ Failure NotAFile(const QString& path, mode_t mode) {
     const QString what =
         S_ISDIR(mode) ? QStringLiteral("folder") : QStringLiteral("device or pipe");
     return {Failure::Kind::Unreadable,
-            QStringLiteral("\"%1\" is a %2, not a picture.").arg(path, what), path};
+            QStringLiteral("\"%1\" is a %2, not a video or a picture.").arg(path, what), path};
 }
 
 }  // namespace
@@ -69,7 +70,7 @@ Failure NotAFile(const QString& path, mode_t mode) {
 Outcome<PictureFile> OpenPictureFile(const QString& path) {
     // Looked at before it is opened, since opening some devices has effects of its own; looked at
     // again afterwards, since the name may mean another file by then.
-    const QByteArray name = QFile::encodeName(path);
+    const QByteArray name = FileBytes(path);
     struct stat status {};
     if (path.isEmpty() || ::stat(name.constData(), &status) != 0) {
         return Unopened(path, path.isEmpty() ? ENOENT : errno);

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <QImage>
 #include <QString>
 #include <memory>
 #include <optional>
@@ -18,6 +19,12 @@ enum class PictureFormat { Jpeg, Png, Gif, Bmp, Tiff, Webp, Icon, Jpeg2000 };
 struct PictureFile {
     std::unique_ptr<QFile> device;
     PictureFormat format = PictureFormat::Png;
+};
+
+/// What a file of which parts may be missing gives; pixels that could not be read are transparent.
+struct PartlyRead {
+    QImage image;      ///< straight alpha, labelled with its colour space; may be null
+    double share = 0;  ///< of its pixels that were read, 1 for a whole picture
 };
 
 /// Opens without ever waiting: a pipe, a device or a folder is refused. The failure says what the

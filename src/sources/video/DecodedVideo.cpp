@@ -8,6 +8,7 @@ extern "C" {
 #include <cmath>
 #include <new>
 
+#include "imaging/PictureFormat.h"
 #include "sources/video/FrameConverter.h"
 #include "sources/video/FrameFinder.h"
 #include "sources/video/MediaTime.h"
@@ -22,19 +23,6 @@ QString Name(const char* text) {
     return QLatin1String(text ? text : "unknown");
 }
 
-const std::int32_t* DisplayMatrix(const AVStream& track) {
-    std::size_t size = 0;
-    const auto* data = av_stream_get_side_data(&track, AV_PKT_DATA_DISPLAYMATRIX, &size);
-    return size >= 9 * sizeof(std::int32_t) ? reinterpret_cast<const std::int32_t*>(data) : nullptr;
-}
-
-AVRational PixelAspect(const AVStream& track, const AVFrame* frame) {
-    if (track.sample_aspect_ratio.num > 0) {
-        return track.sample_aspect_ratio;  // the container overrules the stream
-    }
-    return frame ? frame->sample_aspect_ratio : track.codecpar->sample_aspect_ratio;
-}
-
 bool HasSound(const AVFormatContext& format) {
     return std::any_of(format.streams, format.streams + format.nb_streams, [](const AVStream* s) {
         return s->codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
@@ -47,15 +35,17 @@ class DecodedVideo final : public OpenedVideo {
 
     void ReadFirstFrame();
     const VideoInfo& Info() const override { return info_; }
-    SourceImage At(double position) override;
+    SourceImage At(double position, const std::stop_token& stop) override;
+    NearImage Near(double position, const std::stop_token& stop) override;
 
   private:
     void FillInfo(const AVFrame& frame);
     void FillInfoWithoutFrame();
     SourceImage Picture(const VideoFrame& found);
+    SourceImage EarlyPicture(const VideoFrame& found, double seconds);
     SourceImage White(double seconds) const;
+    double SecondsOf(double position) const;
     Failure Problem(double seconds, const QString& what) const;
-    FrameShape Shape(const AVFrame& frame) const;
 
     FrameFinder finder_;
     FrameConverter converter_;
@@ -67,23 +57,18 @@ class DecodedVideo final : public OpenedVideo {
     std::optional<Failure> undecodable_;  ///< why nothing is
 };
 
-FrameShape DecodedVideo::Shape(const AVFrame& frame) const {
-    const AVStream& track = finder_.Stream().Track();
-    return ShapeOf(frame.width, frame.height, PixelAspect(track, &frame), DisplayMatrix(track));
-}
-
 void DecodedVideo::FillInfo(const AVFrame& frame) {
     const AVStream& track = finder_.Stream().Track();
     const FrameColor color = ColorOf(frame);
-    const FrameShape shape = Shape(frame);
+    info_.display = DisplayOf(track, &frame);
+    const QSize shown = info_.display.ShownSize({frame.width, frame.height});
     info_.durationSeconds = MediaDuration(finder_.Stream());
     slackSeconds_ = TimeSlack(finder_.Stream(), info_.durationSeconds);
     info_.storedWidth = frame.width;
     info_.storedHeight = frame.height;
-    info_.shownWidth = shape.UprightWidth();
-    info_.shownHeight = shape.UprightHeight();
+    info_.shownWidth = shown.width();
+    info_.shownHeight = shown.height();
     info_.framesPerSecond = track.avg_frame_rate.den > 0 ? av_q2d(track.avg_frame_rate) : 0;
-    info_.rotationDegrees = 90 * shape.quarterTurns;
     info_.codec = Name(avcodec_get_name(track.codecpar->codec_id));
     info_.pixelFormat = Name(av_get_pix_fmt_name(static_cast<AVPixelFormat>(frame.format)));
     info_.colorMatrix = color.MatrixName();
@@ -102,7 +87,7 @@ Failure DecodedVideo::Problem(double seconds, const QString& what) const {
 
 SourceImage DecodedVideo::White(double seconds) const {
     SourceImage white;
-    white.image = QImage(info_.storedWidth, info_.storedHeight, QImage::Format_RGBA8888);
+    white.image = NewPicture({info_.storedWidth, info_.storedHeight}, QImage::Format_RGBA8888);
     white.image.fill(Qt::white);
     white.problem = info_.decodable
                         ? Problem(seconds, QStringLiteral("has no picture that can be decoded"))
@@ -115,8 +100,10 @@ SourceImage DecodedVideo::Picture(const VideoFrame& found) {
         return last_;
     }
     const double seconds = static_cast<double>(found.time) * finder_.Stream().TickSeconds();
+    lastTime_ = kNoTime;
     last_ = {};
-    last_.image = converter_.Convert(*found.frame, Shape(*found.frame));
+    last_.image =
+        converter_.Convert(*found.frame, DisplayOf(finder_.Stream().Track(), found.frame.get()));
     if (last_.image.isNull()) {
         last_ = White(seconds);
     } else if (found.damaged) {
@@ -125,6 +112,16 @@ SourceImage DecodedVideo::Picture(const VideoFrame& found) {
     }
     lastTime_ = found.time;
     return last_;
+}
+
+// The first picture that can be decoded, for the time before it.
+SourceImage DecodedVideo::EarlyPicture(const VideoFrame& found, double seconds) {
+    SourceImage picture = Picture(found);
+    if (!picture.problem) {
+        picture.problem = Problem(seconds, QStringLiteral("is damaged"));
+        picture.problem->kind = Failure::Kind::Damaged;
+    }
+    return picture;
 }
 
 // The track by its file's own word, for want of a frame.
@@ -152,7 +149,7 @@ void DecodedVideo::FillInfoWithoutFrame() {
 }
 
 void DecodedVideo::ReadFirstFrame() {
-    const FrameFinder::Found first = finder_.At(0);
+    const FrameFinder::Found first = finder_.At(0, {});
     if (first.frame) {
         FillInfo(*first.frame->frame);
     } else {
@@ -160,18 +157,42 @@ void DecodedVideo::ReadFirstFrame() {
     }
 }
 
-SourceImage DecodedVideo::At(double position) {
-    const double bounded = std::isfinite(position) ? std::clamp(position, 0.0, 1.0) : 0.0;
-    const double seconds = info_.durationSeconds * bounded;
+double DecodedVideo::SecondsOf(double position) const {
+    return info_.durationSeconds * (std::isfinite(position) ? std::clamp(position, 0.0, 1.0) : 0.0);
+}
+
+NearImage DecodedVideo::Near(double position, const std::stop_token& stop) try {
+    // One to three frames of a 4K film, so that it is drawn more than twelve times a second.
+    constexpr std::chrono::milliseconds kMoment{15};
+    const std::int64_t time = finder_.Stream().TicksOf(SecondsOf(position) + slackSeconds_);
+    const auto near = finder_.Near(time, FrameFinder::Clock::now() + kMoment, stop);
+    if (near.arrived || !near.frame) {
+        return {At(position, stop), true};
+    }
+    return {Picture(*near.frame), false};
+} catch (const std::bad_alloc&) {
+    return {{QImage(), NoMemoryFor(finder_.Stream().Path())}, true};
+}
+
+SourceImage DecodedVideo::At(double position, const std::stop_token& stop) try {
+    const double seconds = SecondsOf(position);
     const std::int64_t time = finder_.Stream().TicksOf(seconds + slackSeconds_);
-    const FrameFinder::Found found = finder_.At(time);
+    const FrameFinder::Found found = finder_.At(time, stop);
+    if (stop.stop_requested()) {
+        return {{}, Failure{Failure::Kind::Stopped, QStringLiteral("Stopped."), {}}};
+    }
+    if (found.frame && found.lost && found.frame->first && found.frame->time > time) {
+        return EarlyPicture(*found.frame, seconds);
+    }
     return found.frame && !found.lost ? Picture(*found.frame) : White(seconds);
+} catch (const std::bad_alloc&) {
+    return {QImage(), NoMemoryFor(finder_.Stream().Path())};
 }
 
 }  // namespace
 
 Outcome<std::unique_ptr<OpenedVideo>> OpenVideo(const QString& path,
-                                                const VideoReaderOptions& options) {
+                                                const VideoReaderOptions& options) try {
     auto stream = VideoStream::Open(path);
     if (!stream) {
         return stream.failure();
@@ -179,6 +200,8 @@ Outcome<std::unique_ptr<OpenedVideo>> OpenVideo(const QString& path,
     auto video = std::make_unique<DecodedVideo>(*std::move(stream), options.keepBytes);
     video->ReadFirstFrame();
     return std::unique_ptr<OpenedVideo>(std::move(video));
+} catch (const std::bad_alloc&) {
+    return NoMemoryFor(path);
 }
 
 }  // namespace lumirra

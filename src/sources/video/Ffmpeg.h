@@ -6,7 +6,9 @@ extern "C" {
 #include <libswscale/swscale.h>
 }
 
+#include <cerrno>
 #include <memory>
+#include <new>
 
 namespace lumirra {
 
@@ -22,6 +24,21 @@ struct FfmpegDeleter {
         avio_context_free(&context);
     }
 };
+
+/// What the libraries print is meant for a terminal; our own messages say what the user can use.
+/// To be called before anything is read.
+inline void SilenceLibraries() {
+    av_log_set_level(AV_LOG_QUIET);
+}
+
+/// Whether a call of the libraries did what it was asked for. Throws std::bad_alloc where it did
+/// not for want of memory.
+inline bool Succeeded(int result) {
+    if (result == AVERROR(ENOMEM)) {
+        throw std::bad_alloc();
+    }
+    return result >= 0;
+}
 
 template <typename T>
 using FfmpegPtr = std::unique_ptr<T, FfmpegDeleter>;

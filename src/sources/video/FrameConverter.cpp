@@ -4,11 +4,12 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
-#include <QTransform>
 #include <array>
 #include <cmath>
+#include <new>
 #include <utility>
 
+#include "imaging/PictureFormat.h"
 #include "sources/video/PlanarYuv.h"
 #include "sources/video/WideColor.h"
 
@@ -59,16 +60,17 @@ int ScalerMatrix(AVColorSpace matrix) {
     }
 }
 
-QImage Upright(QImage image, const FrameShape& shape) {
-    if (shape.flipped) {
-        image = std::move(image).mirrored(true, false);
+const std::int32_t* DisplayMatrix(const AVStream& track) {
+    std::size_t size = 0;
+    const auto* data = av_stream_get_side_data(&track, AV_PKT_DATA_DISPLAYMATRIX, &size);
+    return size >= 9 * sizeof(std::int32_t) ? reinterpret_cast<const std::int32_t*>(data) : nullptr;
+}
+
+AVRational PixelAspect(const AVStream& track, const AVFrame* frame) {
+    if (track.sample_aspect_ratio.num > 0) {
+        return track.sample_aspect_ratio;  // the container overrules the stream
     }
-    if (shape.quarterTurns == 2) {
-        image = std::move(image).mirrored(true, true);
-    } else if (shape.quarterTurns != 0) {
-        image = image.transformed(QTransform().rotate(90.0 * shape.quarterTurns));
-    }
-    return image;
+    return frame ? frame->sample_aspect_ratio : track.codecpar->sample_aspect_ratio;
 }
 
 }  // namespace
@@ -123,34 +125,34 @@ FrameColor ColorOf(const AVFrame& frame) {
     return color;
 }
 
-FrameShape ShapeOf(int width, int height, AVRational pixelAspect,
-                   const std::int32_t* displayMatrix) {
-    FrameShape shape;
-    shape.shownHeight = height;
-    const double aspect = pixelAspect.num > 0 && pixelAspect.den > 0 ? av_q2d(pixelAspect) : 1;
+DisplayTransform DisplayOf(const AVStream& track, const AVFrame* frame) {
+    DisplayTransform display;
+    const AVRational stored = PixelAspect(track, frame);
+    const double aspect = stored.num > 0 && stored.den > 0 ? av_q2d(stored) : 1;
     const bool usable = aspect <= kMaxPixelAspect && aspect >= 1 / kMaxPixelAspect;
-    shape.shownWidth = usable ? std::max(1, static_cast<int>(std::lround(width * aspect))) : width;
-    if (!displayMatrix) {
-        return shape;
+    display.pixelAspect = usable ? aspect : 1;
+    const std::int32_t* matrix = DisplayMatrix(track);
+    if (!matrix) {
+        return display;
     }
     // A point (x, y), y downwards, goes to (a x + c y, b x + d y).
-    const double a = displayMatrix[0];
-    const double b = displayMatrix[1];
-    const double c = displayMatrix[3];
-    const double d = displayMatrix[4];
-    shape.flipped = a * d - b * c < 0;
-    const double sign = shape.flipped ? -1 : 1;  // the flip comes first: x to -x
+    const double a = matrix[0];
+    const double b = matrix[1];
+    const double c = matrix[3];
+    const double d = matrix[4];
+    display.flipped = a * d - b * c < 0;
+    const double sign = display.flipped ? -1 : 1;  // the flip comes first: x to -x
     constexpr double kQuarterTurn = 1.57079632679489662;
     const long turns = std::lround(std::atan2(sign * b, sign * a) / kQuarterTurn);
-    shape.quarterTurns = static_cast<int>((turns + 4) % 4);
-    return shape;
+    display.quarterTurns = static_cast<int>((turns + 4) % 4);
+    return display;
 }
 
-QImage FrameConverter::Convert(const AVFrame& frame, const FrameShape& shape) {
+QImage FrameConverter::Convert(const AVFrame& frame, const DisplayTransform& display) {
     const FrameColor color = ColorOf(frame);
-    QImage image =
-        color.IsWide() ? ConvertWide(frame, color, shape) : ConvertPlain(frame, color, shape);
-    return Upright(std::move(image), shape);
+    const QSize size = display.StretchedSize({frame.width, frame.height});
+    return display.Upright(color.IsWide() ? ConvertWide(frame, color, size)
+                                          : ConvertPlain(frame, color, size));
 }
 
 bool FrameConverter::Prepare(const AVFrame& frame, const FrameColor& color, int width, int height,
@@ -161,6 +163,9 @@ bool FrameConverter::Prepare(const AVFrame& frame, const FrameColor& color, int 
                                        PlainFormat(frame.format).first, width, height, target,
                                        kFlags, nullptr, nullptr, nullptr));
     if (!scaler_) {
+        if (sws_isSupportedInput(PlainFormat(frame.format).first) != 0) {
+            throw std::bad_alloc();
+        }
         return false;
     }
     constexpr int kOne = 1 << 16;
@@ -171,13 +176,12 @@ bool FrameConverter::Prepare(const AVFrame& frame, const FrameColor& color, int 
 }
 
 QImage FrameConverter::ConvertPlain(const AVFrame& frame, const FrameColor& color,
-                                    const FrameShape& shape) {
-    if (shape.shownWidth == frame.width && shape.shownHeight == frame.height &&
-        IsPlanarYuv(frame, color)) {
+                                    const QSize& size) {
+    if (size == QSize(frame.width, frame.height) && IsPlanarYuv(frame, color)) {
         return PlanarYuvPicture(frame, color);
     }
-    QImage image(shape.shownWidth, shape.shownHeight, QImage::Format_RGBA8888);
-    if (image.isNull() || !Prepare(frame, color, image.width(), image.height(), AV_PIX_FMT_RGBA)) {
+    QImage image = NewPicture(size, QImage::Format_RGBA8888);
+    if (!Prepare(frame, color, image.width(), image.height(), AV_PIX_FMT_RGBA)) {
         return {};
     }
     std::uint8_t* const rows[4] = {image.bits(), nullptr, nullptr, nullptr};
@@ -188,9 +192,9 @@ QImage FrameConverter::ConvertPlain(const AVFrame& frame, const FrameColor& colo
 }
 
 QImage FrameConverter::ConvertWide(const AVFrame& frame, const FrameColor& color,
-                                   const FrameShape& shape) {
-    QImage deep(shape.shownWidth, shape.shownHeight, QImage::Format_RGBA64);
-    if (deep.isNull() || !Prepare(frame, color, deep.width(), deep.height(), AV_PIX_FMT_RGBA64)) {
+                                   const QSize& size) {
+    QImage deep = NewPicture(size, QImage::Format_RGBA64);
+    if (!Prepare(frame, color, deep.width(), deep.height(), AV_PIX_FMT_RGBA64)) {
         return {};
     }
     std::uint8_t* const rows[4] = {deep.bits(), nullptr, nullptr, nullptr};

@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QString>
 
+#include "imaging/DisplayTransform.h"
 #include "sources/video/Ffmpeg.h"
 
 namespace lumirra {
@@ -23,32 +24,21 @@ struct FrameColor {
 /// Untagged: BT.709 from 720 rows up, else BT.601, limited range unless the pixel format says full.
 FrameColor ColorOf(const AVFrame& frame);
 
-/// How the stored picture is turned and stretched to be shown.
-struct FrameShape {
-    int shownWidth = 0;  ///< before turning: the stored picture with square pixels
-    int shownHeight = 0;
-    int quarterTurns = 0;  ///< clockwise, after the flip
-    bool flipped = false;  ///< left and right exchanged
-
-    int UprightWidth() const { return quarterTurns % 2 == 0 ? shownWidth : shownHeight; }
-    int UprightHeight() const { return quarterTurns % 2 == 0 ? shownHeight : shownWidth; }
-};
-
-/// `displayMatrix` is null or nine numbers as containers store them.
-FrameShape ShapeOf(int width, int height, AVRational pixelAspect,
-                   const std::int32_t* displayMatrix);
+/// How the track's pictures are to be shown. `frame` is one of them, or null when there is none: it
+/// may know of its pixels' shape what the file does not say.
+DisplayTransform DisplayOf(const AVStream& track, const AVFrame* frame);
 
 /// Turns decoded frames into Format_RGBA8888 pictures, sRGB, straight alpha. Not thread-safe.
 class FrameConverter {
   public:
     /// A null picture when there is no memory or the pixel format is not known.
-    QImage Convert(const AVFrame& frame, const FrameShape& shape);
+    QImage Convert(const AVFrame& frame, const DisplayTransform& display);
 
   private:
     bool Prepare(const AVFrame& frame, const FrameColor& color, int width, int height,
                  AVPixelFormat target);
-    QImage ConvertPlain(const AVFrame& frame, const FrameColor& color, const FrameShape& shape);
-    QImage ConvertWide(const AVFrame& frame, const FrameColor& color, const FrameShape& shape);
+    QImage ConvertPlain(const AVFrame& frame, const FrameColor& color, const QSize& size);
+    QImage ConvertWide(const AVFrame& frame, const FrameColor& color, const QSize& size);
 
     FfmpegPtr<SwsContext> scaler_;
 };

@@ -1,6 +1,9 @@
 #include "sources/video/FrameFinder.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <iterator>
+#include <utility>
 
 namespace lumirra {
 
@@ -19,11 +22,12 @@ long long BytesOf(const AVFrame& frame) {
 
 }  // namespace
 
-FrameFinder::Found FrameFinder::At(std::int64_t time) {
+FrameFinder::Found FrameFinder::At(std::int64_t time, const std::stop_token& stop) {
+    aside_.reset();
     if (!Covers(time)) {
         Enter(time);
     }
-    while (!ended_ && (frames_.empty() || frames_.back().time <= time)) {
+    while (!stop.stop_requested() && !HasArrived(time)) {
         Pull();
     }
     const auto after = std::upper_bound(
@@ -32,10 +36,50 @@ FrameFinder::Found FrameFinder::At(std::int64_t time) {
     const auto& lostFrom = after == frames_.end() ? lostAtEnd_ : after->lostFrom;
     Found found;
     found.lost = lostFrom && *lostFrom <= time;
-    if (!frames_.empty()) {
-        found.frame = after == frames_.begin() ? &*after : &*std::prev(after);
-    }
+    found.frame = Shown(time);
     return found;
+}
+
+FrameFinder::Approach FrameFinder::Near(std::int64_t time, Clock::time_point until,
+                                        const std::stop_token& stop) {
+    if (!Covers(time)) {
+        KeepNearest(time);
+        Enter(time);
+    } else if (!HasArrived(time)) {
+        Pull();
+    }
+    while (!HasArrived(time) && Clock::now() < until && !stop.stop_requested()) {
+        Pull();
+    }
+    const VideoFrame* shown = Shown(time);
+    if (HasArrived(time)) {
+        aside_.reset();
+        return {shown, true};
+    }
+    const bool asideIsNearer =
+        aside_ && (!shown || std::abs(aside_->time - time) < std::abs(shown->time - time));
+    return {asideIsNearer ? &*aside_ : shown, false};
+}
+
+void FrameFinder::KeepNearest(std::int64_t time) {
+    const auto nearer = [&](const VideoFrame& a, const VideoFrame& b) {
+        return std::abs(a.time - time) < std::abs(b.time - time);
+    };
+    const auto nearest = std::min_element(frames_.begin(), frames_.end(), nearer);
+    if (nearest != frames_.end() && (!aside_ || nearer(*nearest, *aside_))) {
+        aside_ = std::move(*nearest);
+    }
+}
+
+/// Of the frames held, the last one that is not after `time`, else the first.
+const VideoFrame* FrameFinder::Shown(std::int64_t time) const {
+    if (frames_.empty()) {
+        return nullptr;
+    }
+    const auto after = std::upper_bound(
+        frames_.begin(), frames_.end(), time,
+        [](std::int64_t wanted, const VideoFrame& frame) { return wanted < frame.time; });
+    return after == frames_.begin() ? &*after : &*std::prev(after);
 }
 
 // Whether decoding on from here leads to the frame without waste.

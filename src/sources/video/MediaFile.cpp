@@ -4,13 +4,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QFile>
 #include <QFileInfo>
 #include <cerrno>
 #include <cstdio>
-#include <mutex>
 #include <string>
 #include <vector>
+
+#include "imaging/PixelLimits.h"
+#include "imaging/files/FileName.h"
 
 namespace lumirra {
 
@@ -33,12 +34,6 @@ int RefuseOtherFile(AVFormatContext*, AVIOContext**, const char*, int, AVDiction
     return AVERROR(EPERM);
 }
 
-// What the libraries print is meant for a terminal; our own messages say what the user can use.
-void SilenceLibraries() {
-    static std::once_flag once;
-    std::call_once(once, [] { av_log_set_level(AV_LOG_QUIET); });
-}
-
 Failure OpenFailure(const QString& path, int error) {
     if (error == ENOENT || error == ENOTDIR) {
         return FileFailure(Failure::Kind::NotFound, path, QStringLiteral("does not exist."));
@@ -53,6 +48,11 @@ Failure OpenFailure(const QString& path, int error) {
 Failure FileFailure(Failure::Kind kind, const QString& path, const QString& tail) {
     const QString name = QFileInfo(path).fileName();
     return {kind, (name.isEmpty() ? path : name) + QLatin1Char(' ') + tail, path};
+}
+
+Failure NoMemoryFor(const QString& path) {
+    return FileFailure(Failure::Kind::TooLarge, path,
+                       QStringLiteral("cannot be read: there is not enough memory."));
 }
 
 struct MediaFile::FileBytes {
@@ -91,7 +91,7 @@ struct MediaFile::FileBytes {
 
     std::optional<Failure> Open(const QString& path) {
         // Without O_NONBLOCK, opening a pipe waits until somebody writes to it.
-        descriptor = ::open(QFile::encodeName(path).constData(),
+        descriptor = ::open(lumirra::FileBytes(path).constData(),
                             O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
         struct stat status = {};
         if (descriptor < 0 || ::fstat(descriptor, &status) != 0) {
@@ -136,7 +136,7 @@ Outcome<MediaFile> MediaFile::Open(const QString& path) {
     AVFormatContext* context = avformat_alloc_context();
     if (!buffer || !file.io_ || !context) {
         avformat_free_context(context);
-        return FileFailure(Failure::Kind::TooLarge, path, QStringLiteral("needs too much memory."));
+        throw std::bad_alloc();
     }
     context->pb = file.io_.get();
     context->flags |= AVFMT_FLAG_CUSTOM_IO;
@@ -147,9 +147,10 @@ Outcome<MediaFile> MediaFile::Open(const QString& path) {
     // No name is given, so only the content decides. A failure frees the context.
     const int error = avformat_open_input(&context, nullptr, nullptr, &options);
     av_dict_free(&options);
-    if (error < 0) {
-        return FileFailure(Failure::Kind::Unreadable, path,
-                           QStringLiteral("is not a video, or it is damaged."));
+    if (!Succeeded(error)) {
+        return FileFailure(
+            Failure::Kind::Unreadable, path,
+            QStringLiteral("is not a video or a picture that can be opened, or it is damaged."));
     }
     file.format_.reset(context);
     return file;
@@ -160,7 +161,7 @@ bool MediaFile::IsPicture() const {
 }
 
 bool MediaFile::FindStreams() {
-    const std::string limit = std::to_string(kMaxVideoPixels);
+    const std::string limit = std::to_string(kMaxSourcePixels);
     std::vector<AVDictionary*> options(format_->nb_streams, nullptr);
     for (AVDictionary*& option : options) {
         av_dict_set(&option, "max_pixels", limit.c_str(), 0);
@@ -169,7 +170,7 @@ bool MediaFile::FindStreams() {
     for (AVDictionary*& option : options) {
         av_dict_free(&option);
     }
-    return error >= 0;
+    return Succeeded(error);
 }
 
 }  // namespace lumirra

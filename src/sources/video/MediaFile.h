@@ -8,11 +8,9 @@
 
 namespace lumirra {
 
-/// The largest picture of a video that is decoded, in pixels: 16384 x 8192.
-inline constexpr long long kMaxVideoPixels = 134'217'728;
-
 /// "NAME TAIL" about the file, as a failure.
 Failure FileFailure(Failure::Kind kind, const QString& path, const QString& tail);
+Failure NoMemoryFor(const QString& path);
 
 /// A media file opened for reading. Only the file itself is read: formats that name other files or
 /// addresses (play lists, descriptions of network sessions) are refused, and so is everything

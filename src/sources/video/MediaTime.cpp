@@ -67,8 +67,8 @@ double DecodedEnd(const QString& path, double guess) {
     constexpr double kFramesWithoutStamps = 5;  // seconds: far more than is between two stamps
     FrameFinder finder(*std::move(opened), 0);
     const VideoStream& stream = finder.Stream();
-    finder.At(stream.TicksOf(guess));
-    const VideoFrame* last = finder.At(stream.TicksOf(guess + kFramesWithoutStamps)).frame;
+    finder.At(stream.TicksOf(guess), {});
+    const VideoFrame* last = finder.At(stream.TicksOf(guess + kFramesWithoutStamps), {}).frame;
     return last ? static_cast<double>(last->time + last->duration) * stream.TickSeconds() : 0;
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "imaging/PictureFormat.h"
 #include "sources/video/YuvRows.h"
 
 namespace lumirra {
@@ -165,10 +166,7 @@ bool IsPlanarYuv(const AVFrame& frame, const FrameColor& color) {
 }
 
 QImage PlanarYuvPicture(const AVFrame& frame, const FrameColor& color) {
-    QImage image(frame.width, frame.height, QImage::Format_RGBA8888);
-    if (image.isNull()) {
-        return image;
-    }
+    QImage image = NewPicture({frame.width, frame.height}, QImage::Format_RGBA8888);
     const YuvMatrix matrix = MatrixOf(*LumaWeights(color.matrix), color.fullRange);
     const Halving halving = *HalvingOf(frame.format);
     ChromaRows u(frame, 1, halving);

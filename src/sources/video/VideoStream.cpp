@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "imaging/PixelLimits.h"
+#include "imaging/Words.h"
+
 namespace lumirra {
 
 namespace {
@@ -45,7 +48,7 @@ std::optional<std::int64_t> SoundStart(const AVFormatContext& format, AVRational
 
 }  // namespace
 
-Outcome<VideoStream> VideoStream::Open(const QString& path) {
+Outcome<VideoStream> VideoStream::Open(const QString& path) try {
     auto file = MediaFile::Open(path);
     if (!file) {
         return file.failure();
@@ -73,6 +76,8 @@ Outcome<VideoStream> VideoStream::Open(const QString& path) {
                            QStringLiteral("is not a video, or it is damaged."));
     }
     return stream;
+} catch (const std::bad_alloc&) {
+    return NoMemoryFor(path);
 }
 
 std::optional<Failure> VideoStream::ChooseTrack() {
@@ -119,11 +124,12 @@ std::optional<Failure> VideoStream::TooLarge() const {
     for (unsigned i = 0; i < Format()->nb_streams; ++i) {
         const AVCodecParameters& parameters = *Format()->streams[i]->codecpar;
         if (IsVideoTrack(*Format()->streams[i]) &&
-            static_cast<long long>(parameters.width) * parameters.height > kMaxVideoPixels) {
-            return FileFailure(Failure::Kind::TooLarge, Path(),
-                               QStringLiteral("is too large: %1 x %2 pixels.")
-                                   .arg(parameters.width)
-                                   .arg(parameters.height));
+            static_cast<long long>(parameters.width) * parameters.height > kMaxSourcePixels) {
+            return FileFailure(
+                Failure::Kind::TooLarge, Path(),
+                Filled(QStringLiteral("is too large: %1 x %2 pixels; at most %3 "
+                                      "million can be read."),
+                       parameters.width, parameters.height, kMaxSourcePixels / 1'000'000));
         }
     }
     return std::nullopt;
@@ -137,23 +143,28 @@ std::optional<Failure> VideoStream::OpenDecoder() {
                            QStringLiteral("holds video of a kind that cannot be decoded (%1).")
                                .arg(QLatin1String(avcodec_get_name(parameters.codec_id))));
     }
-    decoder_.reset(avcodec_alloc_context3(codec));
     packet_.reset(av_packet_alloc());
-    if (!decoder_ || !packet_ || avcodec_parameters_to_context(decoder_.get(), &parameters) < 0) {
-        decoder_.reset();
-        return FileFailure(Failure::Kind::TooLarge, Path(),
-                           QStringLiteral("needs too much memory."));
+    if (!packet_) {
+        throw std::bad_alloc();
     }
-    decoder_->pkt_timebase = Track().time_base;
-    decoder_->max_pixels = kMaxVideoPixels;
-    decoder_->thread_count = 0;  // one for each core
-    if (avcodec_open2(decoder_.get(), codec, nullptr) < 0) {
-        decoder_.reset();
-        return FileFailure(Failure::Kind::Unsupported, Path(),
-                           QStringLiteral("holds video that cannot be decoded (%1).")
-                               .arg(QLatin1String(codec->name)));
+    constexpr int kOneForEachCore = 0;
+    for (const int threads : {kOneForEachCore, 1}) {  // the system may have no thread left
+        FfmpegPtr<AVCodecContext> decoder(avcodec_alloc_context3(codec));
+        if (!decoder || avcodec_parameters_to_context(decoder.get(), &parameters) < 0) {
+            throw std::bad_alloc();
+        }
+        decoder->pkt_timebase = Track().time_base;
+        decoder->max_pixels = kMaxSourcePixels;
+        decoder->thread_count = threads;
+        const int opened = avcodec_open2(decoder.get(), codec, nullptr);
+        if (opened >= 0 || (threads == 1 && Succeeded(opened))) {
+            decoder_ = std::move(decoder);
+            return std::nullopt;
+        }
     }
-    return std::nullopt;
+    return FileFailure(
+        Failure::Kind::Unsupported, Path(),
+        QStringLiteral("holds video that cannot be decoded (%1).").arg(QLatin1String(codec->name)));
 }
 
 std::int64_t VideoStream::TicksOf(double seconds) const {
@@ -167,7 +178,10 @@ VideoFrame VideoStream::Next() {
         decoderProblem_ = OpenDecoder();
     }
     FfmpegPtr<AVFrame> frame(av_frame_alloc());
-    while (frame && decoder_) {
+    if (!frame) {
+        throw std::bad_alloc();
+    }
+    while (decoder_) {
         const int result = avcodec_receive_frame(decoder_.get(), frame.get());
         if (result == 0) {
             errorsInARow_ = 0;
@@ -181,6 +195,7 @@ VideoFrame VideoStream::Next() {
         } else if (result == AVERROR_EOF || result == AVERROR(EAGAIN)) {
             break;
         } else {
+            Succeeded(result);
             NoteError();  // the frames after this one may still come
             if (++errorsInARow_ > kErrorsInARow) {
                 break;
@@ -192,9 +207,11 @@ VideoFrame VideoStream::Next() {
 
 // One packet of the track, or the end of the file, to the decoder.
 bool VideoStream::Feed() {
+    fresh_ = false;
     for (;;) {
         const int read = av_read_frame(Format(), packet_.get());
         if (read < 0) {
+            Succeeded(read);
             anyError_ = anyError_ || read != AVERROR_EOF;
             draining_ = true;
             return avcodec_send_packet(decoder_.get(), nullptr) >= 0;
@@ -215,7 +232,7 @@ bool VideoStream::Feed() {
     }
     const int sent = avcodec_send_packet(decoder_.get(), packet_.get());
     av_packet_unref(packet_.get());
-    if (sent < 0) {
+    if (!Succeeded(sent)) {
         NoteError();
     }
     return sent >= 0;
@@ -324,8 +341,12 @@ void VideoStream::Flush() {
 }
 
 void VideoStream::Seek(std::int64_t time) {
-    if (filmStart_ + time <= trackStart_ || !countable_ ||
-        av_seek_frame(Format(), index_, filmStart_ + time, AVSEEK_FLAG_BACKWARD) < 0) {
+    if (filmStart_ + time <= trackStart_ || !countable_) {
+        Rewind();
+        return;
+    }
+    fresh_ = false;
+    if (av_seek_frame(Format(), index_, filmStart_ + time, AVSEEK_FLAG_BACKWARD) < 0) {
         Rewind();
         return;
     }
@@ -335,6 +356,9 @@ void VideoStream::Seek(std::int64_t time) {
 }
 
 void VideoStream::Rewind() {
+    if (fresh_) {
+        return;  // what comes with the first packet alone, such as a palette, must not be lost
+    }
     const std::int64_t early = trackStart_ - TicksOf(1) - 1;
     if (!countable_ || av_seek_frame(Format(), index_, early, AVSEEK_FLAG_BACKWARD) < 0) {
         Reopen();

@@ -87,6 +87,7 @@ class VideoStream {
     std::optional<std::int64_t> lastTime_;
     std::int64_t lastEnd_ = 0;
     std::int64_t readTo_ = AV_NOPTS_VALUE;  // decoding time stamp of the last packet
+    bool fresh_ = true;                     // nothing was read since the file was opened
     bool fromBeginning_ = true;
     bool draining_ = false;
     int stampsToConfirm_ = 0;

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <vector>
 
+#include "imaging/PictureFormat.h"
+
 namespace lumirra {
 
 namespace {
@@ -136,10 +138,7 @@ void Conversion::Row(const std::uint16_t* from, std::uint8_t* to, int width) con
 
 QImage ToStandardColor(const QImage& deep, AVColorTransferCharacteristic transfer,
                        AVColorPrimaries primaries) {
-    QImage result(deep.size(), QImage::Format_RGBA8888);
-    if (result.isNull()) {
-        return result;
-    }
+    QImage result = NewPicture(deep.size(), QImage::Format_RGBA8888);
     const bool hlg = transfer == AVCOL_TRC_ARIB_STD_B67;
     const bool hdr = hlg || transfer == AVCOL_TRC_SMPTE2084;
     const bool p3 = primaries == AVCOL_PRI_SMPTE432 || primaries == AVCOL_PRI_SMPTE431;

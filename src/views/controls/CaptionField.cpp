@@ -16,9 +16,18 @@ CaptionField::CaptionField(QWidget* parent) : QPlainTextEdit(parent) {
     document()->setDocumentMargin(5);
 }
 
-void CaptionField::setText(const QString& text) {
-    if (text != toPlainText()) {
-        setPlainText(text);
+QString CaptionField::text() const {
+    // The toolkit's plain text makes spaces of non-breaking ones.
+    QString text = document()->toRawText();
+    for (const auto separator : {QChar::ParagraphSeparator, QChar::LineSeparator}) {
+        text.replace(QChar(separator), QLatin1Char('\n'));
+    }
+    return text;
+}
+
+void CaptionField::setText(const QString& newText) {
+    if (newText != text()) {
+        setPlainText(newText);
     }
 }
 

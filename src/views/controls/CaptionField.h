@@ -12,9 +12,10 @@ class CaptionField : public QPlainTextEdit {
   public:
     explicit CaptionField(QWidget* parent = nullptr);
 
-    QString text() const { return toPlainText(); }
+    /// Lines are separated by line feeds; every other character is as it was typed.
+    QString text() const;
     /// Leaves the field as it is when the text is the same.
-    void setText(const QString& text);
+    void setText(const QString& newText);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

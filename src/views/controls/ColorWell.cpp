@@ -4,7 +4,7 @@
 #include <QPainter>
 
 #include "views/Checkerboard.h"
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 #include "views/style/Shapes.h"
 
 namespace lumirra {
@@ -39,16 +39,16 @@ void ColorWell::Ask() {
 
 void ColorWell::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const ThemeColours& colours = ColoursOf(palette());
-    Shapes::Box(painter, rect(), isEnabled() ? colours.button : colours.window,
-                isEnabled() && underMouse() ? colours.accent : colours.border);
+    const ThemeColors& colors = ColorsOf(palette());
+    Shapes::Box(painter, rect(), isEnabled() ? colors.button : colors.window,
+                isEnabled() && underMouse() ? colors.accent : colors.border);
     if (hasFocus()) {
-        Shapes::FocusRing(painter, rect(), colours);
+        Shapes::FocusRing(painter, rect(), colors);
     }
     const QRectF swatch = QRectF(rect()).adjusted(5, 5, -5, -5);
-    DrawCheckerboard(painter, swatch, colours, 5);
+    DrawCheckerboard(painter, swatch, colors, 5);
     painter.setOpacity(isEnabled() ? 1 : 0.4);
-    Shapes::Box(painter, swatch, color_, colours.border, 3);
+    Shapes::Box(painter, swatch, color_, colors.border, 3);
 }
 
 }  // namespace lumirra

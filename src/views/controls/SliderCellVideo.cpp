@@ -4,7 +4,7 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 #include "views/style/Shapes.h"
 
 namespace lumirra {
@@ -119,26 +119,26 @@ void SliderCellVideo::leaveEvent(QEvent*) {
 }
 
 void SliderCellVideo::DrawBar(QPainter& painter) const {
-    const ThemeColours& colours = ColoursOf(palette());
+    const ThemeColors& colors = ColorsOf(palette());
     const double radius = kBarHeight / 2;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(isEnabled() ? colours.track : colours.trackDisabled);
+    painter.setBrush(isEnabled() ? colors.track : colors.trackDisabled);
     painter.drawRoundedRect(BarRect(), radius, radius);
     if (!isEnabled()) {
         return;
     }
-    painter.setBrush(colours.trackFilled);
+    painter.setBrush(colors.trackFilled);
     painter.drawRoundedRect(FilledRect(), radius, radius);
     painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.fillRect(StartTickRect(), colours.startTick);
-    painter.fillRect(EndTickRect(), colours.endTick);
+    painter.fillRect(StartTickRect(), colors.startTick);
+    painter.fillRect(EndTickRect(), colors.endTick);
 }
 
 void SliderCellVideo::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     DrawBar(painter);
-    Shapes::Knob(painter, KnobRect(), ColoursOf(palette()), isEnabled(), hasFocus(),
+    Shapes::Knob(painter, KnobRect(), ColorsOf(palette()), isEnabled(), hasFocus(),
                  dragged_ || hovered_);
 }
 

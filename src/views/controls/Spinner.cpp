@@ -3,7 +3,7 @@
 #include <QPainter>
 #include <QTimer>
 
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 
 namespace lumirra {
 namespace {
@@ -52,14 +52,14 @@ void Spinner::paintEvent(QPaintEvent*) {
     if (turns_ < kTurnsUnseen) {
         return;
     }
-    const ThemeColours& colours = ColoursOf(palette());
+    const ThemeColors& colors = ColorsOf(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const double side = std::min(width(), height()) - 5.0;
     const QRectF ring((width() - side) / 2, (height() - side) / 2, side, side);
-    painter.setPen(QPen(colours.border, 2.5));
+    painter.setPen(QPen(colors.border, 2.5));
     painter.drawEllipse(ring);
-    painter.setPen(QPen(colours.accent, 2.5, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(colors.accent, 2.5, Qt::SolidLine, Qt::RoundCap));
     painter.drawArc(ring, -(turns_ * kDegreesPerTurn % 360) * 16, 100 * 16);
 }
 

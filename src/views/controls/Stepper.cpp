@@ -4,7 +4,7 @@
 #include <QPainter>
 #include <QTimer>
 
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 #include "views/style/Shapes.h"
 
 namespace lumirra {
@@ -75,24 +75,24 @@ void Stepper::leaveEvent(QEvent*) {
 
 void Stepper::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const ThemeColours& colours = ColoursOf(palette());
+    const ThemeColors& colors = ColorsOf(palette());
     const QRectF box = rect();
-    Shapes::Box(painter, box, isEnabled() ? colours.button : colours.window, colours.border, 5);
+    Shapes::Box(painter, box, isEnabled() ? colors.button : colors.window, colors.border, 5);
     const double middle = box.center().y();
     for (const int half : {1, -1}) {
         const QRectF part(1, half > 0 ? 1 : middle, box.width() - 2, middle - 1);
         if (isEnabled() && (pressed_ == half || hovered_ == half)) {
             painter.setRenderHint(QPainter::Antialiasing);
             painter.setPen(Qt::NoPen);
-            painter.setBrush(pressed_ == half ? colours.buttonPressed : colours.buttonHover);
+            painter.setBrush(pressed_ == half ? colors.buttonPressed : colors.buttonHover);
             painter.drawRoundedRect(part, 4, 4);
         }
         const bool atLimit = half > 0 ? double(value()) >= maximum() : double(value()) <= minimum();
-        Shapes::Arrow(painter, part,
-                      isEnabled() && !atLimit ? colours.textDim : colours.textDisabled, half > 0);
+        Shapes::Arrow(painter, part, isEnabled() && !atLimit ? colors.textDim : colors.textDisabled,
+                      half > 0);
     }
     if (hasFocus()) {
-        Shapes::FocusRing(painter, box, colours, 5);
+        Shapes::FocusRing(painter, box, colors, 5);
     }
 }
 

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 #include "views/style/Shapes.h"
 
 namespace lumirra {
@@ -191,12 +191,12 @@ void ValueSlider::leaveEvent(QEvent*) {
 void ValueSlider::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const ThemeColours& colours = ColoursOf(palette());
+    const ThemeColors& colors = ColorsOf(palette());
     const QRectF bar = BarRect();
     painter.setPen(Qt::NoPen);
-    painter.setBrush(isEnabled() ? colours.track : colours.trackDisabled);
+    painter.setBrush(isEnabled() ? colors.track : colors.trackDisabled);
     painter.drawRoundedRect(bar, kBarHeight / 2, kBarHeight / 2);
-    Shapes::Knob(painter, KnobRect(), colours, isEnabled(), hasFocus(), dragged_ || underMouse());
+    Shapes::Knob(painter, KnobRect(), colors, isEnabled(), hasFocus(), dragged_ || underMouse());
 }
 
 }  // namespace lumirra

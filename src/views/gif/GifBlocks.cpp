@@ -28,7 +28,7 @@ void GifBlocks::ReadHeader() {
     const int width = Word();
     const int height = Word();
     const int flags = Byte();
-    if ((version == "GIF87a" || version == "GIF89a") && Skip(2) && SkipColourTable(flags)) {
+    if ((version == "GIF87a" || version == "GIF89a") && Skip(2) && SkipColorTable(flags)) {
         size_ = {width, height};
     }
 }
@@ -77,10 +77,10 @@ bool GifBlocks::ReadExtension(int& delay) {
 
 bool GifBlocks::SkipPicture() {
     // Place and size, then the colours, then the size of the codes.
-    return Skip(8) && SkipColourTable(Byte()) && Skip(1) && SkipSubBlocks();
+    return Skip(8) && SkipColorTable(Byte()) && Skip(1) && SkipSubBlocks();
 }
 
-bool GifBlocks::SkipColourTable(int flags) {
+bool GifBlocks::SkipColorTable(int flags) {
     return flags >= 0 && ((flags & 0x80) == 0 || Skip(3LL << ((flags & 7) + 1)));
 }
 

@@ -34,7 +34,7 @@ class GifBlocks {
     QByteArray Bytes(int count);
     bool Skip(qint64 count);
     bool SkipSubBlocks();
-    bool SkipColourTable(int flags);
+    bool SkipColorTable(int flags);
     bool ReadExtension(int& delay);
     bool SkipPicture();
 

@@ -3,7 +3,9 @@
 #include <QFile>
 #include <QImageReader>
 #include <algorithm>
+#include <system_error>
 
+#include "imaging/files/FileName.h"
 #include "views/gif/GifBlocks.h"
 
 namespace lumirra {
@@ -32,7 +34,11 @@ GifReader::~GifReader() {
 }
 
 void GifReader::Start() {
-    worker_ = std::jthread([this](const std::stop_token& stop) { Run(stop); });
+    try {
+        worker_ = std::jthread([this](const std::stop_token& stop) { Run(stop); });
+    } catch (const std::system_error&) {
+        End();  // there is no thread to be had, so nothing comes
+    }
 }
 
 void GifReader::SetTarget(const QSize& target) {
@@ -57,9 +63,9 @@ bool GifReader::IsAtEnd() {
 }
 
 void GifReader::Run(const std::stop_token& stop) {
-    QFile file(path_);
-    QFile blocksFile(path_);
-    if (file.open(QIODevice::ReadOnly) && blocksFile.open(QIODevice::ReadOnly)) {
+    QFile file;
+    QFile blocksFile;
+    if (OpenForReading(file, path_) == 0 && OpenForReading(blocksFile, path_) == 0) {
         GifBlocks blocks(blocksFile);
         for (int pass = 0; !stop.stop_requested(); ++pass) {
             const int pictures = ReadPass(file, blocks, stop);
@@ -71,6 +77,10 @@ void GifReader::Run(const std::stop_token& stop) {
             blocks.Rewind();
         }
     }
+    End();
+}
+
+void GifReader::End() {
     {
         const std::scoped_lock lock(mutex_);
         ended_ = true;
@@ -80,8 +90,8 @@ void GifReader::Run(const std::stop_token& stop) {
 
 void GifReader::Look(const std::stop_token& stop) {
     looked_ = true;
-    QFile file(path_);
-    if (!file.open(QIODevice::ReadOnly)) {
+    QFile file;
+    if (OpenForReading(file, path_) != 0) {
         return;
     }
     GifBlocks blocks(file);
@@ -90,6 +100,7 @@ void GifReader::Look(const std::stop_token& stop) {
          delay = blocks.NextDelay()) {
         ++info.frames;
         info.milliseconds += PlayedMilliseconds(*delay);
+        info.slowed = info.slowed || PlayedMilliseconds(*delay) != *delay * 10;
     }
     if (info.frames > 0 && !stop.stop_requested()) {
         Q_EMIT InfoKnown(info);

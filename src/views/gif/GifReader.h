@@ -25,6 +25,7 @@ struct GifInfo {
     QSize size;
     qint64 milliseconds = 0;  ///< of one pass, as played
     qint64 bytes = 0;
+    bool slowed = false;  ///< some picture is to be shown shorter than viewers do
 
     friend bool operator==(const GifInfo&, const GifInfo&) = default;
 };
@@ -69,6 +70,7 @@ class GifReader : public QObject {
 
   private:
     void Run(const std::stop_token& stop);
+    void End();
     /// Finds out what there is to say about the file.
     void Look(const std::stop_token& stop);
     /// Reads the whole animation once; how many pictures it gave.

@@ -5,7 +5,7 @@
 
 #include "views/Checkerboard.h"
 #include "views/panel/EmptyState.h"
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 #include "views/style/Shapes.h"
 
 namespace lumirra {
@@ -140,8 +140,8 @@ void GifView::ShowDue() {
 
 void GifView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const ThemeColours& colours = ColoursOf(palette());
-    Shapes::Box(painter, rect(), colours.canvas, colours.border);
+    const ThemeColors& colors = ColorsOf(palette());
+    Shapes::Box(painter, rect(), colors.canvas, colors.border);
     if (shown_) {
         DrawPicture(painter);
     } else {
@@ -149,7 +149,7 @@ void GifView::paintEvent(QPaintEvent*) {
                        QStringLiteral("gif-empty"), text_);
     }
     if (hasFocus()) {
-        Shapes::FocusRing(painter, QRectF(rect()).adjusted(2, 2, -2, -2), colours);
+        Shapes::FocusRing(painter, QRectF(rect()).adjusted(2, 2, -2, -2), colors);
     }
 }
 
@@ -166,7 +166,7 @@ void GifView::DrawPicture(QPainter& painter) {
     painter.save();
     painter.scale(1 / ratio, 1 / ratio);
     if (!shown_->screen.opaque) {
-        DrawCheckerboard(painter, QRectF(corner, fitted.size()), ColoursOf(palette()),
+        DrawCheckerboard(painter, QRectF(corner, fitted.size()), ColorsOf(palette()),
                          qRound(8 * ratio));
     }
     painter.drawImage(corner, shown_->screen.image);

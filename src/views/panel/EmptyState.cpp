@@ -3,7 +3,7 @@
 #include <QPainter>
 
 #include "views/Icons.h"
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 #include "views/style/Shapes.h"
 
 namespace lumirra {
@@ -29,15 +29,15 @@ void EmptyState::setFramed(bool framed) {
 void EmptyState::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     if (framed_) {
-        const ThemeColours& colours = ColoursOf(palette());
-        Shapes::Box(painter, rect(), colours.canvas, colours.border);
+        const ThemeColors& colors = ColorsOf(palette());
+        Shapes::Box(painter, rect(), colors.canvas, colors.border);
     }
     DrawEmptyState(painter, QRectF(rect()).adjusted(12, 12, -12, -12), palette(), iconName_, text_);
 }
 
 void DrawEmptyState(QPainter& painter, const QRectF& rect, const QPalette& palette,
                     const QString& iconName, const QString& text) {
-    const ThemeColours& colours = ColoursOf(palette);
+    const ThemeColors& colors = ColorsOf(palette);
     const int flags = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
     const QRectF words = painter.boundingRect(rect, flags, text);
     double pictureHeight = std::min(96.0, std::min(rect.height() * 0.4, rect.width() * 0.5));
@@ -47,13 +47,13 @@ void DrawEmptyState(QPainter& painter, const QRectF& rect, const QPalette& palet
     const double gap = pictureHeight > 0 ? 12 : 0;
     const double top = rect.center().y() - (pictureHeight + gap + words.height()) / 2;
     if (pictureHeight > 0) {
-        QColor color = colours.textDim;
+        QColor color = colors.textDim;
         color.setAlphaF(0.75F);
         DrawIcon(painter, iconName,
                  QRectF(rect.center().x() - pictureHeight, top, pictureHeight * 2, pictureHeight),
                  color);
     }
-    painter.setPen(colours.textDim);
+    painter.setPen(colors.textDim);
     painter.drawText(QRectF(rect.x(), top + pictureHeight + gap, rect.width(), words.height() + 4),
                      flags, text);
 }

@@ -1,23 +1,21 @@
 #pragma once
 
+#include <QString>
 #include <QStringList>
-#include <functional>
 
 class QMimeData;
 
 namespace lumirra {
 
-/// What a drop of files means, decided from its first file.
+/// What files that came together mean: a video, pictures, or nothing that can be opened.
 struct FileDrop {
-    enum class Kind { Refused, Video, Images };
-    Kind kind = Kind::Refused;
-    QString videoPath;
-    QStringList imagePaths;  ///< every accepted picture of the drop, in its order
+    QString videoPath;       ///< or empty:
+    QStringList imagePaths;  ///< or empty:
+    QString reason;          ///< why none of them is taken
 };
 
-/// Judges a drop by the extensions (lower case, without the point), any case in the names. Folders
-/// and addresses that are no local files are refused. No file is decoded.
-FileDrop JudgeDrop(const QMimeData& data, const QStringList& videoTypes,
-                   const QStringList& imageTypes);
+/// The local files of a drag, in its order, without dot segments. Addresses that are no local files
+/// are left out.
+QStringList LocalPaths(const QMimeData& data);
 
 }  // namespace lumirra

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 
+#include "imaging/DisplayTransform.h"
 #include "imaging/Outcome.h"
 
 namespace lumirra {
@@ -22,10 +23,10 @@ struct FilmReports {
 class Film {
   public:
     virtual ~Film() = default;
-    /// Of the newest picture, upright; empty before the first.
+    /// Of the newest picture as it is shown; empty before the first.
     virtual QSize PictureSize() const = 0;
-    /// The newest picture, upright, at `size` (no larger than its own), into `image` (made anew
-    /// unless it has that size). False when there is none that can be drawn.
+    /// The newest picture as it is shown, at `size` (no larger than its own), into `image` (made
+    /// anew unless it has that size). False when there is none that can be drawn.
     virtual bool Draw(const QSize& size, QImage& image) const = 0;
 };
 
@@ -34,7 +35,9 @@ class Film {
 class FilmPlayer {
   public:
     virtual ~FilmPlayer() = default;
-    virtual std::unique_ptr<Film> Play(const QString& path, FilmReports reports) const = 0;
+    /// `display` is how the file's pictures are to be shown.
+    virtual std::unique_ptr<Film> Play(const QString& path, const DisplayTransform& display,
+                                       FilmReports reports) const = 0;
 };
 
 /// The player, which lives as long as the program. The first call loads it, others that come

@@ -8,11 +8,6 @@ namespace lumirra {
 
 PlayerView::PlayerView(QWidget* parent) : QWidget(parent) {}
 
-void PlayerView::SetShownSize(const QSize& size) {
-    shownSize_ = size;
-    update();
-}
-
 void PlayerView::SetFilm(const Film* film) {
     film_ = film;
     fresh_ = false;
@@ -31,8 +26,7 @@ void PlayerView::paintEvent(QPaintEvent*) {
     if (upright.isEmpty()) {
         return;
     }
-    const QSizeF shown = shownSize_.isEmpty() ? QSizeF(upright) : QSizeF(shownSize_);
-    const QSizeF fit = shown.scaled(QSizeF(size()), Qt::KeepAspectRatio);
+    const QSizeF fit = QSizeF(upright).scaled(QSizeF(size()), Qt::KeepAspectRatio);
     const QRectF place((width() - fit.width()) / 2, (height() - fit.height()) / 2, fit.width(),
                        fit.height());
     const QSize device = (fit * devicePixelRatioF()).toSize();

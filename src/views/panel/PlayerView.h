@@ -21,10 +21,6 @@ class PlayerView : public QWidget {
     /// To be called when the film has a new picture.
     void TakePicture();
 
-    /// The size the video is meant to be shown at (upright, square pixels): its proportions are
-    /// used instead of those of the stored pictures. Empty: the pictures' own.
-    void SetShownSize(const QSize& size);
-
     /// Pictures of the film drawn so far.
     int DrawnPictures() const { return drawn_; }
 
@@ -34,7 +30,6 @@ class PlayerView : public QWidget {
   private:
     const Film* film_ = nullptr;
     QImage buffer_;  ///< kept from picture to picture
-    QSize shownSize_;
     int drawn_ = 0;
     bool fresh_ = false;
 };

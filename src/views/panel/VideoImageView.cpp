@@ -9,7 +9,7 @@
 #include "views/ScreenPicture.h"
 #include "views/panel/EmptyState.h"
 #include "views/panel/FileDrop.h"
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 #include "views/style/Shapes.h"
 
 namespace lumirra {
@@ -18,24 +18,9 @@ namespace {
 /// Longer than the gap between two pictures of a drag, shorter than anyone waits.
 constexpr int kSettleMs = 70;
 
-bool ReadableByToolkit(const QString& path) {
-    QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
-    return reader.canRead();
-}
-
 }  // namespace
 
-VideoImageView::VideoImageView(QWidget* parent)
-    : QWidget(parent),
-      acceptedVideoTypes{QStringLiteral("mov"), QStringLiteral("m4v"), QStringLiteral("mp4"),
-                         QStringLiteral("3gp"), QStringLiteral("3g2")},
-      acceptedImageTypes{QStringLiteral("jpg"),  QStringLiteral("jpeg"), QStringLiteral("jpe"),
-                         QStringLiteral("jp2"),  QStringLiteral("jpx"),  QStringLiteral("png"),
-                         QStringLiteral("tiff"), QStringLiteral("tif"),  QStringLiteral("gif"),
-                         QStringLiteral("bmp")},
-      settle_(new QTimer(this)),
-      loads_(ReadableByToolkit) {
+VideoImageView::VideoImageView(QWidget* parent) : QWidget(parent), settle_(new QTimer(this)) {
     setAcceptDrops(true);
     settle_->setSingleShot(true);
     settle_->setInterval(kSettleMs);
@@ -58,16 +43,8 @@ void VideoImageView::SetProblem(const QString& text) {
     }
 }
 
-void VideoImageView::SetBusyText(const QString& text) {
-    if (text != busyText_) {
-        busyText_ = text;
-        update();
-        Q_EMIT StateChanged();
-    }
-}
-
 bool VideoImageView::IsEmptyState() const {
-    return Image().isNull() && problem_.isEmpty() && busyText_.isEmpty();
+    return Image().isNull() && problem_.isEmpty();
 }
 
 QRectF VideoImageView::PictureRect() const {
@@ -104,7 +81,7 @@ void VideoImageView::DrawPicture(QPainter& painter, const QRect& visible) {
         Scale(visible, smooth);
     }
     if (!scaled_.opaque) {
-        DrawCheckerboard(painter, PictureRect(), ColoursOf(palette()));
+        DrawCheckerboard(painter, PictureRect(), ColorsOf(palette()));
     }
     // The pixmap holds device pixels: it must land on them one to one.
     const double ratio = devicePixelRatioF();
@@ -116,17 +93,16 @@ void VideoImageView::DrawPicture(QPainter& painter, const QRect& visible) {
 }
 
 void VideoImageView::DrawWords(QPainter& painter, const QRect& visible) {
-    const ThemeColours& colours = ColoursOf(palette());
-    const QString words = problem_.isEmpty() ? busyText_ : problem_;
+    const ThemeColors& colors = ColorsOf(palette());
     const int flags = Qt::AlignCenter | Qt::TextWrapAnywhere;
     const QRectF room = QRectF(visible).adjusted(24, 24, -24, -24);
-    QRectF text = painter.boundingRect(room, flags, words);
+    QRectF text = painter.boundingRect(room, flags, problem_);
     if (!Image().isNull()) {
         text.moveBottom(visible.bottom() - 24);
     }
-    Shapes::Box(painter, text.adjusted(-12, -8, 12, 8), colours.surface, colours.border);
-    painter.setPen(problem_.isEmpty() ? colours.text : colours.warning);
-    painter.drawText(text, flags, words);
+    Shapes::Box(painter, text.adjusted(-12, -8, 12, 8), colors.surface, colors.border);
+    painter.setPen(problem_.isEmpty() ? colors.text : colors.warning);
+    painter.drawText(text, flags, problem_);
 }
 
 void VideoImageView::paintEvent(QPaintEvent*) {
@@ -139,21 +115,20 @@ void VideoImageView::paintEvent(QPaintEvent*) {
     if (!Image().isNull()) {
         DrawPicture(painter, visible);
     }
-    if (!problem_.isEmpty() || (Image().isNull() && !busyText_.isEmpty())) {
+    if (!problem_.isEmpty()) {
         DrawWords(painter, visible);
     }
     if (highlighted_) {
-        const ThemeColours& colours = ColoursOf(palette());
-        QColor veil = colours.accent;
+        const ThemeColors& colors = ColorsOf(palette());
+        QColor veil = colors.accent;
         veil.setAlphaF(0.12F);
         painter.fillRect(visible, veil);
-        Shapes::FocusRing(painter, QRectF(visible).adjusted(2, 2, -2, -2), colours);
+        Shapes::FocusRing(painter, QRectF(visible).adjusted(2, 2, -2, -2), colors);
     }
 }
 
 void VideoImageView::DraggingEntered(const QMimeData& files) {
-    const FileDrop drop = JudgeDrop(files, acceptedVideoTypes, acceptedImageTypes);
-    highlighted_ = isEnabled() && drop.kind != FileDrop::Kind::Refused;
+    highlighted_ = isEnabled() && !LocalPaths(files).isEmpty();
     update();
 }
 
@@ -164,24 +139,22 @@ void VideoImageView::DraggingEnded() {
 
 bool VideoImageView::PerformDragOperation(const QMimeData& files) {
     DraggingEnded();
-    const FileDrop drop = JudgeDrop(files, acceptedVideoTypes, acceptedImageTypes);
-    switch (drop.kind) {
-        case FileDrop::Kind::Video: {
-            const bool nothingLoaded = HasPictureObject() && Image().isNull();
-            if (!nothingLoaded && askForVideo_ && !askForVideo_()) {
-                return false;
-            }
-            Q_EMIT VideoDragPerformed(drop.videoPath);
-            return true;
+    const QStringList paths = LocalPaths(files);
+    const FileDrop drop = paths.isEmpty() || !judge_ ? FileDrop() : judge_(paths);
+    if (!drop.videoPath.isEmpty()) {
+        const bool nothingLoaded = HasPictureObject() && Image().isNull();
+        if (!nothingLoaded && askForVideo_ && !askForVideo_()) {
+            return false;
         }
-        case FileDrop::Kind::Images:
-            if (drop.imagePaths.isEmpty() || !loads_(drop.imagePaths.first())) {
-                return false;
-            }
-            Q_EMIT ImageDragPerformed(drop.imagePaths);
-            return true;
-        case FileDrop::Kind::Refused:
-            break;
+        Q_EMIT VideoDragPerformed(drop.videoPath);
+        return true;
+    }
+    if (!drop.imagePaths.isEmpty()) {
+        Q_EMIT ImageDragPerformed(drop.imagePaths);
+        return true;
+    }
+    if (!drop.reason.isEmpty()) {
+        SetProblem(drop.reason);
     }
     return false;
 }

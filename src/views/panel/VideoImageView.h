@@ -7,6 +7,8 @@
 #include <functional>
 #include <optional>
 
+#include "views/panel/FileDrop.h"
+
 class QMimeData;
 class QTimer;
 
@@ -20,9 +22,6 @@ class VideoImageView : public QWidget {
   public:
     explicit VideoImageView(QWidget* parent = nullptr);
 
-    const QStringList acceptedVideoTypes;
-    const QStringList acceptedImageTypes;
-
     /// A null picture is "nothing loaded": the view shows what to do. Cheap to call many times a
     /// second: while pictures keep coming they are drawn by sampling, and well once they stop.
     void SetImage(const QImage& image);
@@ -34,8 +33,6 @@ class VideoImageView : public QWidget {
     /// Words over the picture, or in its place: why it cannot be shown. Empty: none.
     void SetProblem(const QString& text);
     QString Problem() const { return problem_; }
-    /// Words in place of a picture that is on its way. Empty: none.
-    void SetBusyText(const QString& text);
 
     /// Nothing loaded and nothing else to say.
     bool IsEmptyState() const;
@@ -43,16 +40,19 @@ class VideoImageView : public QWidget {
     /// Asked before a dropped video replaces what is shown; false refuses it. Without one the
     /// answer is yes.
     void SetVideoQuestion(std::function<bool()> ask) { askForVideo_ = std::move(ask); }
-    /// Whether a file can be loaded as a picture. Without one the toolkit's readers decide.
-    void SetImageProbe(std::function<bool(const QString&)> probe) { loads_ = std::move(probe); }
+    /// What files that are dropped mean. Without one nothing is taken.
+    void SetJudge(std::function<FileDrop(const QStringList& paths)> judge) {
+        judge_ = std::move(judge);
+    }
 
     /// The picture's rectangle in this widget, its aspect ratio kept; empty without a picture.
     QRectF PictureRect() const;
 
-    /// A drag over the view: marks it when its files would be taken.
+    /// A drag over the view: marks it when it brings files.
     void DraggingEntered(const QMimeData& files);
     void DraggingEnded();
-    /// Asks, announces, and says whether the drop was taken.
+    /// Asks, announces, and says whether the drop was taken; one that means nothing says why over
+    /// the picture.
     bool PerformDragOperation(const QMimeData& files);
 
   Q_SIGNALS:
@@ -87,11 +87,10 @@ class VideoImageView : public QWidget {
     std::optional<QImage> image_;
     Scaled scaled_;
     QString problem_;
-    QString busyText_;
     QTimer* settle_;
     bool highlighted_ = false;
     std::function<bool()> askForVideo_;
-    std::function<bool(const QString&)> loads_;
+    std::function<FileDrop(const QStringList&)> judge_;
 };
 
 }  // namespace lumirra

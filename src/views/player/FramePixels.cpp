@@ -1,12 +1,15 @@
 #include "views/player/FramePixels.h"
 
-#include <QTransform>
 #include <QVideoFrameFormat>
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <new>
 #include <optional>
+#include <utility>
 #include <vector>
+
+#include "imaging/PictureFormat.h"
 
 namespace lumirra {
 namespace {
@@ -184,44 +187,44 @@ bool ConvertMapped(const QVideoFrame& frame, const Layout& layout, QImage& image
     return true;
 }
 
-bool IsTurned(const QVideoFrame& frame) {
-    return frame.rotationAngle() == QVideoFrame::Rotation90 ||
-           frame.rotationAngle() == QVideoFrame::Rotation270;
+/// As stored, by the toolkit; null when it cannot.
+QImage StoredPicture(QVideoFrame frame) {
+    frame.setRotationAngle(QVideoFrame::Rotation0);
+    frame.setMirrored(false);
+    return frame.toImage();
 }
 
 }  // namespace
 
-QSize UprightSize(const QVideoFrame& frame) {
-    return IsTurned(frame) ? frame.size().transposed() : frame.size();
-}
-
-bool FrameToImage(const QVideoFrame& frame, const QSize& size, QImage& image) {
+bool FrameToImage(const QVideoFrame& frame, const DisplayTransform& display, const QSize& size,
+                  QImage& image) try {
     if (size.isEmpty()) {
         return false;
     }
+    const QSize stretched = display.Turned(size);
     const std::optional<Layout> layout = LayoutOf(frame.pixelFormat());
     if (!layout) {
-        const QImage whole = frame.toImage();  // upright and mirrored already
+        const QImage whole = StoredPicture(frame);
         if (!whole.isNull()) {
-            image = whole.scaled(size).convertToFormat(QImage::Format_RGB32);
+            image = display.Upright(Converted(Made(whole.scaled(stretched)), QImage::Format_RGB32));
         }
         return !whole.isNull();
     }
-    const bool plain = frame.rotationAngle() == QVideoFrame::Rotation0 && !frame.mirrored();
-    const QSize stored = IsTurned(frame) ? size.transposed() : size;
+    const bool plain = display.quarterTurns == 0 && !display.flipped;
     QImage turned;
     QImage& pixels = plain ? image : turned;
-    if (pixels.size() != stored || pixels.format() != QImage::Format_RGB32) {
-        pixels = QImage(stored, QImage::Format_RGB32);
+    if (pixels.size() != stretched || pixels.format() != QImage::Format_RGB32) {
+        pixels = NewPicture(stretched, QImage::Format_RGB32);
     }
     if (!ConvertMapped(frame, *layout, pixels)) {
         return false;
     }
     if (!plain) {
-        image = turned.transformed(QTransform().rotate(frame.rotationAngle()))
-                    .mirrored(frame.mirrored(), false);
+        image = display.Upright(std::move(turned));
     }
     return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 }  // namespace lumirra

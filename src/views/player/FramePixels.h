@@ -4,15 +4,16 @@
 #include <QSize>
 #include <QVideoFrame>
 
+#include "imaging/DisplayTransform.h"
+
 namespace lumirra {
 
-/// The frame's size once turned upright.
-QSize UprightSize(const QVideoFrame& frame);
-
-/// The frame, upright, at `size` (no larger than its own), into `image` (made anew unless it has
+/// The frame, shown as `display` says (what the frame itself says of its turn is left aside), at
+/// `size`, into `image` (made anew unless it has
 /// that size; Format_RGB32). The usual 8 and 10 bit YUV layouts are converted and shrunk in one
 /// pass over the mapped planes; anything else goes through the toolkit. False when the frame
-/// cannot be mapped or its planes are too small; nothing useful is in `image` then.
-bool FrameToImage(const QVideoFrame& frame, const QSize& size, QImage& image);
+/// cannot be mapped, its planes are too small or memory is; nothing useful is in `image` then.
+bool FrameToImage(const QVideoFrame& frame, const DisplayTransform& display, const QSize& size,
+                  QImage& image);
 
 }  // namespace lumirra

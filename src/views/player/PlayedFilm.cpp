@@ -1,23 +1,36 @@
 #include "views/player/PlayedFilm.h"
 
+#include <fcntl.h>
+
 #include <QAudioDevice>
 #include <QAudioOutput>
 #include <QMediaDevices>
 #include <QUrl>
 
+#include "imaging/files/FileName.h"
 #include "views/player/FramePixels.h"
 
 namespace lumirra {
 
-PlayedFilm::PlayedFilm(const QString& path, FilmReports reports) : reports_(std::move(reports)) {
+PlayedFilm::PlayedFilm(const QString& path, const DisplayTransform& display, FilmReports reports)
+    : display_(display), reports_(std::move(reports)) {
     // Without a sound device the player's audio output crashes; the film then plays silently.
     if (!QMediaDevices::defaultAudioOutput().isNull()) {
         player_.setAudioOutput(new QAudioOutput(&player_));
     }
     player_.setVideoOutput(&sink_);
     ConnectPlayer();
-    player_.setSource(QUrl::fromLocalFile(path));
+    player_.setSource(AddressFor(path));
     player_.play();
+}
+
+/// The player takes names that are UTF-8 alone; the others go to it as files that we hold open.
+QUrl PlayedFilm::AddressFor(const QString& path) {
+    if (ReadableName(path) == path) {
+        return QUrl::fromLocalFile(path);
+    }
+    held_ = Descriptor(::open(FileBytes(path).constData(), O_RDONLY | O_CLOEXEC));
+    return QUrl::fromLocalFile(QStringLiteral("/proc/self/fd/%1").arg(held_.Get()));
 }
 
 void PlayedFilm::ConnectPlayer() {
@@ -57,11 +70,11 @@ void PlayedFilm::TellEnd() {
 }
 
 QSize PlayedFilm::PictureSize() const {
-    return frame_.isValid() ? UprightSize(frame_) : QSize();
+    return frame_.isValid() ? display_.ShownSize(frame_.size()) : QSize();
 }
 
 bool PlayedFilm::Draw(const QSize& size, QImage& image) const {
-    return frame_.isValid() && FrameToImage(frame_, size, image);
+    return frame_.isValid() && FrameToImage(frame_, display_, size, image);
 }
 
 }  // namespace lumirra

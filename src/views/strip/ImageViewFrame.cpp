@@ -5,7 +5,7 @@
 
 #include "views/Checkerboard.h"
 #include "views/Icons.h"
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 
 namespace lumirra {
 namespace {
@@ -15,7 +15,7 @@ constexpr int kBorder = 3;
 constexpr int kKeyboardRing = 2;
 constexpr int kCaptionGap = 4;  ///< from the border
 
-QColor SelectedColour() {
+QColor SelectedColor() {
     return QColor::fromRgbF(0.19F, 0.54F, 0.99F);
 }
 
@@ -29,7 +29,7 @@ void DrawBorder(QPainter& painter, const QRect& rect, int width, const QColor& c
 }
 
 void DrawPicture(QPainter& painter, const QRect& cell, const QImage& picture,
-                 const ThemeColours& colours) {
+                 const ThemeColors& colors) {
     const double scale = painter.device()->devicePixelRatioF();
     // On whole pixels of the device, where it is as sharp as it was made.
     const auto middle = [scale](int free, int taken) {
@@ -39,15 +39,15 @@ void DrawPicture(QPainter& painter, const QRect& cell, const QImage& picture,
                        cell.y() + middle(cell.height(), picture.height()), picture.width() / scale,
                        picture.height() / scale);
     if (picture.hasAlphaChannel()) {
-        DrawCheckerboard(painter, place, colours);
+        DrawCheckerboard(painter, place, colors);
     }
     painter.drawImage(place, picture);
 }
 
-void DrawMissing(QPainter& painter, const QRect& cell, const ThemeColours& colours) {
+void DrawMissing(QPainter& painter, const QRect& cell, const ThemeColors& colors) {
     QRectF place(0, 0, 72, 54);
     place.moveCenter(QRectF(cell).center());
-    DrawIcon(painter, QStringLiteral("picture-missing"), place, colours.textDim);
+    DrawIcon(painter, QStringLiteral("picture-missing"), place, colors.textDim);
 }
 
 void DrawCaption(QPainter& painter, const QRect& inside, const QString& caption) {
@@ -67,21 +67,21 @@ void DrawCaption(QPainter& painter, const QRect& inside, const QString& caption)
 }  // namespace
 
 void ImageViewFrame::Draw(QPainter& painter, const QRect& cell, const QPalette& palette) const {
-    const ThemeColours& colours = ColoursOf(palette);
-    painter.fillRect(cell, colours.cell);
+    const ThemeColors& colors = ColorsOf(palette);
+    painter.fillRect(cell, colors.cell);
     if (thumbnail != nullptr && thumbnail->isNull()) {
-        DrawMissing(painter, cell, colours);
+        DrawMissing(painter, cell, colors);
     } else if (thumbnail != nullptr) {
-        DrawPicture(painter, cell, *thumbnail, colours);
+        DrawPicture(painter, cell, *thumbnail, colors);
     }
     const bool selected = look == CellLook::Selected;
     const int border = selected ? kSelectedBorder : kBorder;
     const QRect inside = cell.adjusted(border, border, -border, -border);
     if (look != CellLook::Fresh) {
-        DrawBorder(painter, cell, border, selected ? SelectedColour() : QColor(Qt::white));
+        DrawBorder(painter, cell, border, selected ? SelectedColor() : QColor(Qt::white));
     }
     if (hasKeyboard) {
-        DrawBorder(painter, inside, kKeyboardRing, selected ? QColor(Qt::white) : colours.accent);
+        DrawBorder(painter, inside, kKeyboardRing, selected ? QColor(Qt::white) : colors.accent);
     }
     if (!caption.isEmpty()) {
         DrawCaption(painter, inside, caption);

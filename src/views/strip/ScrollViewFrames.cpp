@@ -44,19 +44,14 @@ void ScrollViewFrames::Rebuild(QStringList thumbnailPaths) {
     viewport()->update();
 }
 
-void ScrollViewFrames::ShowOnlySelected(int index) {
-    std::fill(looks_.begin(), looks_.end(), CellLook::NotSelected);
-    viewport()->update();
-    ShowSelected(index, true);
-}
-
-void ScrollViewFrames::ShowSelected(int index, bool selected) {
-    if (index < 0 || index >= geometry_.frames) {
-        return;
+void ScrollViewFrames::ShowSelection(const std::vector<bool>& selected, int current) {
+    for (std::size_t i = 0; i < looks_.size(); ++i) {
+        looks_[i] = i < selected.size() && selected[i] ? CellLook::Selected : CellLook::NotSelected;
     }
-    looks_[static_cast<std::size_t>(index)] = selected ? CellLook::Selected : CellLook::NotSelected;
-    current_ = index;
-    UpdateCell(index);
+    if (current >= 0 && current < geometry_.frames) {
+        current_ = current;
+    }
+    viewport()->update();
 }
 
 int ScrollViewFrames::Offset() const {
@@ -161,7 +156,7 @@ void ScrollViewFrames::mousePressEvent(QMouseEvent* event) {
     const int index = IndexAt(event->position().toPoint());
     if (event->button() == Qt::LeftButton && index >= 0) {
         UpdateCell(std::exchange(current_, index));
-        Q_EMIT UpdateSelectionScrollViewFrames(index);
+        Tell(index, event->modifiers());
     }
 }
 
@@ -211,6 +206,10 @@ int ScrollViewFrames::KeyTarget(int key) const {
 
 void ScrollViewFrames::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
+    if (key == Qt::Key_Escape && geometry_.frames > 0) {
+        Q_EMIT SelectionDropped();
+        return;
+    }
     const bool chooses = key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
     const int target = chooses ? current_ : KeyTarget(key);
     if (geometry_.frames == 0 || target < 0) {
@@ -220,7 +219,15 @@ void ScrollViewFrames::keyPressEvent(QKeyEvent* event) {
     byKeyboard_ = true;
     SetCurrent(target);
     if (chooses || !(event->modifiers() & Qt::ControlModifier)) {
-        Q_EMIT UpdateSelectionScrollViewFrames(target);
+        Tell(target, event->modifiers());
+    }
+}
+
+void ScrollViewFrames::Tell(int index, Qt::KeyboardModifiers held) {
+    if (held & Qt::ShiftModifier) {
+        Q_EMIT SelectionExtended(index);
+    } else {
+        Q_EMIT UpdateSelectionScrollViewFrames(index);
     }
 }
 

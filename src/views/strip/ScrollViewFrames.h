@@ -5,8 +5,8 @@
 #include <functional>
 #include <vector>
 
-#include "frames/StripGeometry.h"
 #include "views/strip/ImageViewFrame.h"
+#include "views/strip/StripGeometry.h"
 #include "views/strip/ThumbnailCache.h"
 
 namespace lumirra {
@@ -27,10 +27,9 @@ class ScrollViewFrames : public QAbstractScrollArea {
     /// `StripGeometry`; what was read of these files stays.
     void Rebuild(QStringList thumbnailPaths);
 
-    /// The border of every cell: that frame is selected, -1 for none.
-    void ShowOnlySelected(int index);
-    /// The border of one cell; the others keep theirs. Indices outside the strip do nothing.
-    void ShowSelected(int index, bool selected);
+    /// The border of every cell, one entry for each frame; those beyond it are not selected. The
+    /// keyboard goes to frame `current`, or stays when there is no such frame.
+    void ShowSelection(const std::vector<bool>& selected, int current);
     CellLook Look(int index) const { return looks_.at(static_cast<std::size_t>(index)); }
 
     /// `caption(index)`: what is said about a frame under the pointer or with the keyboard.
@@ -56,6 +55,10 @@ class ScrollViewFrames : public QAbstractScrollArea {
 
   Q_SIGNALS:
     void UpdateSelectionScrollViewFrames(int tag);
+    /// With Shift held: everything from the frame last meant to this one.
+    void SelectionExtended(int tag);
+    /// Escape.
+    void SelectionDropped();
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -74,6 +77,7 @@ class ScrollViewFrames : public QAbstractScrollArea {
     void UpdateCell(int index);
     void SetHovered(int index);
     void SetCurrent(int index);
+    void Tell(int index, Qt::KeyboardModifiers held);
     int KeyTarget(int key) const;
 
     StripGeometry geometry_;

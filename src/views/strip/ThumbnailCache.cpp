@@ -1,9 +1,11 @@
 #include "views/strip/ThumbnailCache.h"
 
+#include <QFile>
 #include <QImageReader>
 #include <algorithm>
 #include <utility>
 
+#include "imaging/files/FileName.h"
 #include "views/ScreenPicture.h"
 
 namespace lumirra {
@@ -20,16 +22,17 @@ QImage Fitted(const QImage& picture, int side) {
 }
 
 QImage PictureIn(const QString& path, int side) {
-    const QImage picture = QImageReader(path, "png").read();
+    QFile file;
+    if (OpenForReading(file, path) != 0) {
+        return {};
+    }
+    const QImage picture = QImageReader(&file, "png").read();
     return picture.isNull() ? picture : Fitted(picture, side);
 }
 
 }  // namespace
 
-ThumbnailCache::ThumbnailCache(QObject* parent) : QObject(parent), read_(kMaxBytes) {
-    reader_.setMaxThreadCount(1);
-    connect(this, &ThumbnailCache::Read, this, &ThumbnailCache::Accept, Qt::QueuedConnection);
-}
+ThumbnailCache::ThumbnailCache(QObject* parent) : QObject(parent), read_(kMaxBytes) {}
 
 void ThumbnailCache::SetSide(int pixels) {
     if (std::exchange(side_, pixels) != pixels) {
@@ -55,17 +58,15 @@ void ThumbnailCache::StartNext() {
     while (!wanted_.isEmpty() && read_.contains(wanted_.first())) {
         wanted_.removeFirst();
     }
-    if (reading_ || wanted_.isEmpty()) {
+    if (reader_.IsBusy() || wanted_.isEmpty()) {
         return;
     }
-    reading_ = true;
-    reader_.start([this, path = wanted_.takeFirst(), side = side_] {
-        Q_EMIT Read(path, PictureIn(path, side), side);
+    reader_.Submit([this, path = wanted_.takeFirst(), side = side_](const std::stop_token&) {
+        return [this, path, side, picture = PictureIn(path, side)] { Accept(path, picture, side); };
     });
 }
 
 void ThumbnailCache::Accept(const QString& path, const QImage& picture, int side) {
-    reading_ = false;
     if (side == side_) {
         const qsizetype cost = std::max<qsizetype>(1, picture.sizeInBytes());
         read_.insert(path, new QImage(picture), cost);

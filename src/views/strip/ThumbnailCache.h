@@ -4,7 +4,8 @@
 #include <QImage>
 #include <QObject>
 #include <QStringList>
-#include <QThreadPool>
+
+#include "jobs/LatestWorker.h"
 
 namespace lumirra {
 
@@ -33,8 +34,6 @@ class ThumbnailCache : public QObject {
 
   Q_SIGNALS:
     void Loaded(const QString& path);
-    /// From the reader: the file's picture for cells of that side.
-    void Read(const QString& path, const QImage& picture, int side);
 
   private:
     void StartNext();
@@ -43,8 +42,7 @@ class ThumbnailCache : public QObject {
     QCache<QString, QImage> read_;
     QStringList wanted_;
     int side_ = 0;
-    bool reading_ = false;
-    QThreadPool reader_;  ///< last: its destructor waits for the reading
+    LatestWorker reader_;
 };
 
 }  // namespace lumirra

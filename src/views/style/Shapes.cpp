@@ -3,7 +3,7 @@
 #include <QPainter>
 #include <QPen>
 
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 
 namespace lumirra::Shapes {
 
@@ -17,33 +17,33 @@ void Box(QPainter& painter, const QRectF& rect, const QColor& fill, const QColor
     painter.restore();
 }
 
-void FocusRing(QPainter& painter, const QRectF& rect, const ThemeColours& colours, double radius) {
+void FocusRing(QPainter& painter, const QRectF& rect, const ThemeColors& colors, double radius) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(colours.accent, 2));
+    painter.setPen(QPen(colors.accent, 2));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(rect.adjusted(1, 1, -1, -1), radius, radius);
     painter.restore();
 }
 
-void Field(QPainter& painter, const QRectF& rect, const ThemeColours& colours, bool enabled,
+void Field(QPainter& painter, const QRectF& rect, const ThemeColors& colors, bool enabled,
            bool focused) {
-    Box(painter, rect, enabled ? colours.field : colours.window, colours.border);
+    Box(painter, rect, enabled ? colors.field : colors.window, colors.border);
     if (focused && enabled) {
-        FocusRing(painter, rect, colours);
+        FocusRing(painter, rect, colors);
     }
 }
 
-void Knob(QPainter& painter, const QRectF& rect, const ThemeColours& colours, bool enabled,
+void Knob(QPainter& painter, const QRectF& rect, const ThemeColors& colors, bool enabled,
           bool focused, bool hovered) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(
-        QPen(enabled ? (hovered ? colours.accent : colours.knobBorder) : colours.border, 1));
-    painter.setBrush(enabled ? colours.knob : colours.window);
+        QPen(enabled ? (hovered ? colors.accent : colors.knobBorder) : colors.border, 1));
+    painter.setBrush(enabled ? colors.knob : colors.window);
     painter.drawEllipse(rect.adjusted(0.5, 0.5, -0.5, -0.5));
     if (focused && enabled) {
-        painter.setPen(QPen(colours.accent, 2.5));
+        painter.setPen(QPen(colors.accent, 2.5));
         painter.setBrush(Qt::NoBrush);
         painter.drawEllipse(rect.adjusted(0.5, 0.5, -0.5, -0.5));
     }

@@ -8,7 +8,7 @@ class QColor;
 
 namespace lumirra {
 
-struct ThemeColours;
+struct ThemeColors;
 
 /// The shapes that the style and the window's own widgets share, so that they look alike.
 namespace Shapes {
@@ -21,13 +21,13 @@ inline constexpr int kControlHeight = 28;
 void Box(QPainter& painter, const QRectF& rect, const QColor& fill, const QColor& border,
          double radius = kRadius);
 /// The ring around what has the keyboard.
-void FocusRing(QPainter& painter, const QRectF& rect, const ThemeColours& colours,
+void FocusRing(QPainter& painter, const QRectF& rect, const ThemeColors& colors,
                double radius = kRadius);
 /// A field: where text or a number is typed.
-void Field(QPainter& painter, const QRectF& rect, const ThemeColours& colours, bool enabled,
+void Field(QPainter& painter, const QRectF& rect, const ThemeColors& colors, bool enabled,
            bool focused);
 /// A slider's knob, with its focus ring.
-void Knob(QPainter& painter, const QRectF& rect, const ThemeColours& colours, bool enabled,
+void Knob(QPainter& painter, const QRectF& rect, const ThemeColors& colors, bool enabled,
           bool focused, bool hovered);
 /// A small arrow head centred in `rect`.
 void Arrow(QPainter& painter, const QRectF& rect, const QColor& color, bool up);

@@ -1,5 +1,6 @@
 #include "views/style/WindowStyle.h"
 
+#include <QDialogButtonBox>
 #include <QLabel>
 #include <QPainter>
 #include <QPlainTextEdit>
@@ -10,7 +11,7 @@
 #include <QWidget>
 
 #include "views/Icons.h"
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 #include "views/style/Shapes.h"
 
 namespace lumirra {
@@ -47,19 +48,19 @@ bool IsQuiet(const QStyleOption& option, const QWidget* widget) {
 }
 
 void DrawButton(const QStyleOption& option, QPainter& painter, const QWidget* widget) {
-    const ThemeColours& colours = ColoursOf(option.palette);
+    const ThemeColors& colors = ColorsOf(option.palette);
     const bool primary = IsPrimary(widget) && Enabled(option);
-    QColor fill = primary ? colours.accent : colours.button;
-    QColor border = primary ? colours.accent : colours.border;
+    QColor fill = primary ? colors.accent : colors.button;
+    QColor border = primary ? colors.accent : colors.border;
     if (!Enabled(option)) {
-        fill = colours.window;
+        fill = colors.window;
     } else if (Pressed(option)) {
-        fill = border = primary ? colours.accentPressed : colours.buttonPressed;
+        fill = border = primary ? colors.accentPressed : colors.buttonPressed;
     } else if (Hovered(option)) {
-        fill = primary ? colours.accentHover : colours.buttonHover;
+        fill = primary ? colors.accentHover : colors.buttonHover;
     }
     if (!primary) {
-        border = Pressed(option) && Enabled(option) ? colours.accent : colours.border;
+        border = Pressed(option) && Enabled(option) ? colors.accent : colors.border;
     }
     Shapes::Box(painter, option.rect, fill, border);
     if (!Focused(option)) {
@@ -69,12 +70,12 @@ void DrawButton(const QStyleOption& option, QPainter& painter, const QWidget* wi
         // The ring must stand out against the accent itself.
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(colours.accentText, 1.5));
+        painter.setPen(QPen(colors.accentText, 1.5));
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(QRectF(option.rect).adjusted(2.5, 2.5, -2.5, -2.5), 4, 4);
         painter.restore();
     } else {
-        Shapes::FocusRing(painter, option.rect, colours);
+        Shapes::FocusRing(painter, option.rect, colors);
     }
 }
 
@@ -84,7 +85,7 @@ void DrawButtonLabel(const QStyleOptionButton& button, QPainter& painter, const 
     const bool enabled = Enabled(button);
     QPalette palette = button.palette;
     if (IsPrimary(widget) && enabled) {
-        palette.setColor(QPalette::ButtonText, ColoursOf(palette).accentText);
+        palette.setColor(QPalette::ButtonText, ColorsOf(palette).accentText);
     }
     const int flags = Qt::AlignVCenter | Qt::AlignLeft | Qt::TextShowMnemonic;
     const int textWidth = button.fontMetrics.size(Qt::TextShowMnemonic, button.text).width();
@@ -103,19 +104,19 @@ void DrawButtonLabel(const QStyleOptionButton& button, QPainter& painter, const 
 }
 
 void DrawIndicator(const QStyleOption& option, QPainter& painter, bool round) {
-    const ThemeColours& colours = ColoursOf(option.palette);
+    const ThemeColors& colors = ColorsOf(option.palette);
     const bool on = option.state & QStyle::State_On;
     const QRectF rect = option.rect;
     const double radius = round ? rect.width() / 2 : 4;
-    QColor fill = on ? colours.accent : colours.field;
-    QColor border = on ? colours.accent : colours.outline;
-    QColor mark = colours.accentText;
+    QColor fill = on ? colors.accent : colors.field;
+    QColor border = on ? colors.accent : colors.outline;
+    QColor mark = colors.accentText;
     if (!Enabled(option)) {
-        fill = colours.window;
-        border = colours.border;
-        mark = colours.textDisabled;
+        fill = colors.window;
+        border = colors.border;
+        mark = colors.textDisabled;
     } else if (Hovered(option)) {
-        border = colours.accent;
+        border = colors.accent;
     }
     Shapes::Box(painter, rect, fill, border, radius);
     if (!on) {
@@ -140,20 +141,20 @@ void DrawIndicator(const QStyleOption& option, QPainter& painter, bool round) {
 
 /// Around what scrolls, around a picture, and around a text of several lines, which is a field.
 void DrawFrame(const QStyleOption& option, QPainter& painter, const QWidget* widget) {
-    const ThemeColours& colours = ColoursOf(option.palette);
+    const ThemeColors& colors = ColorsOf(option.palette);
     if (qobject_cast<const QPlainTextEdit*>(widget) != nullptr) {
-        Shapes::Field(painter, option.rect, colours, Enabled(option), Focused(option));
+        Shapes::Field(painter, option.rect, colors, Enabled(option), Focused(option));
         return;
     }
-    Shapes::Box(painter, option.rect, Has(widget, "canvas") ? colours.canvas : Qt::transparent,
-                colours.border);
+    Shapes::Box(painter, option.rect, Has(widget, "canvas") ? colors.canvas : Qt::transparent,
+                colors.border);
     if (Focused(option)) {
-        Shapes::FocusRing(painter, option.rect, colours);
+        Shapes::FocusRing(painter, option.rect, colors);
     }
 }
 
 void DrawTab(const QStyleOptionTab& option, QPainter& painter) {
-    const ThemeColours& colours = ColoursOf(option.palette);
+    const ThemeColors& colors = ColorsOf(option.palette);
     const bool chosen = option.state & QStyle::State_Selected;
     QRectF rect = option.rect;
     painter.save();
@@ -161,22 +162,22 @@ void DrawTab(const QStyleOptionTab& option, QPainter& painter) {
     if (chosen) {
         // Taller than the bar, so that the lower corners fall outside and the tab joins its page.
         painter.setClipRect(rect.adjusted(0, 0, 0, 1));
-        Shapes::Box(painter, rect.adjusted(0, 0, 0, 8), colours.surface, colours.border);
+        Shapes::Box(painter, rect.adjusted(0, 0, 0, 8), colors.surface, colors.border);
     } else if (Hovered(option)) {
         painter.setPen(Qt::NoPen);
-        painter.setBrush(colours.buttonHover);
+        painter.setBrush(colors.buttonHover);
         painter.drawRoundedRect(rect.adjusted(1, 3, -1, -3), Shapes::kRadius, Shapes::kRadius);
     }
     painter.restore();
 }
 
 void DrawProgressGroove(const QStyleOption& option, QPainter& painter) {
-    const ThemeColours& colours = ColoursOf(option.palette);
+    const ThemeColors& colors = ColorsOf(option.palette);
     const QRectF rect(option.rect.x(), option.rect.center().y() - 2, option.rect.width(), 5);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(Enabled(option) ? colours.track : colours.trackDisabled);
+    painter.setBrush(Enabled(option) ? colors.track : colors.trackDisabled);
     painter.drawRoundedRect(rect, 2.5, 2.5);
     painter.restore();
 }
@@ -191,13 +192,13 @@ void DrawProgressContents(const QStyleOptionProgressBar& option, QPainter& paint
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(ColoursOf(option.palette).accent);
+    painter.setBrush(ColorsOf(option.palette).accent);
     painter.drawRoundedRect(rect, 2.5, 2.5);
     painter.restore();
 }
 
 void DrawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QRectF& handle) {
-    const ThemeColours& colours = ColoursOf(option.palette);
+    const ThemeColors& colors = ColorsOf(option.palette);
     if (option.maximum <= option.minimum) {
         return;
     }
@@ -205,7 +206,7 @@ void DrawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QR
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(hot ? colours.textDim : colours.scrollHandle);
+    painter.setBrush(hot ? colors.textDim : colors.scrollHandle);
     painter.drawRoundedRect(handle.adjusted(2, 2, -2, -2), 3, 3);
     painter.restore();
 }
@@ -236,7 +237,7 @@ void WindowStyle::polish(QWidget* widget) {
 
 void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                 QPainter* painter, const QWidget* widget) const {
-    const ThemeColours& colours = ColoursOf(option->palette);
+    const ThemeColors& colors = ColorsOf(option->palette);
     switch (element) {
         case PE_PanelButtonCommand:
         case PE_PanelButtonBevel:
@@ -252,16 +253,16 @@ void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
         case PE_PanelLineEdit:
             if (const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
                 frame == nullptr || frame->lineWidth > 0) {
-                Shapes::Field(*painter, option->rect, colours, Enabled(*option), Focused(*option));
+                Shapes::Field(*painter, option->rect, colors, Enabled(*option), Focused(*option));
             }
             return;
         case PE_FrameLineEdit:
             return;
         case PE_FrameFocusRect:
-            Shapes::FocusRing(*painter, QRectF(option->rect).adjusted(-2, -1, 2, 1), colours, 4);
+            Shapes::FocusRing(*painter, QRectF(option->rect).adjusted(-2, -1, 2, 1), colors, 4);
             return;
         case PE_FrameTabWidget:
-            Shapes::Box(*painter, option->rect, colours.surface, colours.border);
+            Shapes::Box(*painter, option->rect, colors.surface, colors.border);
             return;
         case PE_FrameTabBarBase:
             return;
@@ -269,7 +270,7 @@ void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
             DrawFrame(*option, *painter, widget);
             return;
         case PE_PanelTipLabel:
-            Shapes::Box(*painter, option->rect, colours.surface, colours.border, 4);
+            Shapes::Box(*painter, option->rect, colors.surface, colors.border, 4);
             return;
         default:
             QProxyStyle::drawPrimitive(element, option, painter, widget);
@@ -301,7 +302,7 @@ void WindowStyle::drawControl(ControlElement element, const QStyleOption* option
             if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
                 QStyleOptionTab copy = *tab;
                 if (!(tab->state & State_Selected)) {
-                    copy.palette.setColor(QPalette::WindowText, ColoursOf(option->palette).textDim);
+                    copy.palette.setColor(QPalette::WindowText, ColorsOf(option->palette).textDim);
                 }
                 QProxyStyle::drawControl(element, &copy, painter, widget);
                 return;
@@ -328,7 +329,7 @@ void WindowStyle::drawControl(ControlElement element, const QStyleOption* option
                 frame != nullptr && frame->frameShape == QFrame::HLine) {
                 const int middle = option->rect.center().y();
                 painter->fillRect(option->rect.x(), middle, option->rect.width(), 1,
-                                  ColoursOf(option->palette).border);
+                                  ColorsOf(option->palette).border);
                 return;
             }
             break;
@@ -342,16 +343,16 @@ void WindowStyle::drawControl(ControlElement element, const QStyleOption* option
 
 void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                      QPainter* painter, const QWidget* widget) const {
-    const ThemeColours& colours = ColoursOf(option->palette);
+    const ThemeColors& colors = ColorsOf(option->palette);
     if (control == CC_ComboBox) {
         DrawButton(*option, *painter, widget);
         const QRect arrow = subControlRect(control, option, SC_ComboBoxArrow, widget);
-        Shapes::Arrow(*painter, arrow, Enabled(*option) ? colours.textDim : colours.textDisabled,
+        Shapes::Arrow(*painter, arrow, Enabled(*option) ? colors.textDim : colors.textDisabled,
                       false);
         return;
     }
     if (control == CC_SpinBox) {
-        Shapes::Field(*painter, option->rect, colours, Enabled(*option), Focused(*option));
+        Shapes::Field(*painter, option->rect, colors, Enabled(*option), Focused(*option));
         return;
     }
     if (control == CC_ScrollBar) {
@@ -460,6 +461,9 @@ int WindowStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWi
             return 0;
         case SH_UnderlineShortcut:
             return 1;
+        case SH_DialogButtonLayout:
+            // The one that leaves buttons of one role in their order.
+            return QDialogButtonBox::WinLayout;
         case SH_ToolTip_WakeUpDelay:
             return 600;
         default:

@@ -5,7 +5,7 @@
 namespace lumirra {
 
 /// How every standard control of the window is drawn: Fusion's shapes and behaviour with rounded
-/// fields and buttons, a visible focus ring, and the colours of `ThemeColours`. Dynamic properties
+/// fields and buttons, a visible focus ring, and the colours of `ThemeColors`. Dynamic properties
 /// that it reads, each true or absent: "primary" of a push button (wears the accent), "quiet" of
 /// one (at half opacity until it is pointed at or has the keyboard), "canvas" of a frame (filled as
 /// the ground behind pictures), "dim" and "heading" of a label.

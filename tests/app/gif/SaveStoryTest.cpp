@@ -26,6 +26,20 @@ class SaveStory : public GenerateStory {
     QTemporaryDir out;
 };
 
+TEST_F(SaveStory, WhatIsToBeReplacedAndIsNotThereIsTold) {
+    const auto lines = [](const std::string& printed) {
+        return std::count(printed.begin(), printed.end(), '\n');
+    };
+    ASSERT_TRUE(QFile::remove(Gif()));
+    const std::string generated = Printed([this] { Generate(); });
+    EXPECT_EQ(generated.rfind("Remove failed: " + Gif().toStdString(), 0), 0U) << generated;
+    EXPECT_EQ(lines(generated), 1);
+    EXPECT_EQ(Printed([this] { Generate(); }), "") << "it is there now";
+    const std::string added = Printed([this] { AddFrames(2); });
+    EXPECT_EQ(lines(added), 2) << added;
+    EXPECT_NE(added.find("frame"), std::string::npos);
+}
+
 TEST_F(SaveStory, TheCopyIsWholeAndTheUserIsAskedOnTheSecondOccasion) {
     EXPECT_NE(Save(Out("a.gif")).find("Remove failed: "), std::string::npos);
     EXPECT_EQ(dialogs.saved.last().suggestedName, QStringLiteral("videoGif.gif"));
@@ -59,18 +73,20 @@ TEST_F(SaveStory, AnAnswerCountsForEver) {
         bool asked;
         QString after;
         qsizetype opened;
+        QUrl place = QUrl(QStringLiteral("https://example.org/rate"));  ///< none: nobody is asked
     } cases[] = {
         {QStringLiteral("Yes"), Dialogs::FirstButton, true, QStringLiteral("No"), 1},
         {QStringLiteral("Yes"), Dialogs::ThirdButton, true, QStringLiteral("No"), 0},
         {QStringLiteral("No"), Dialogs::FirstButton, false, QStringLiteral("No"), 0},
         {QStringLiteral("yes"), Dialogs::FirstButton, false, QStringLiteral("yes"), 0},
         {1, Dialogs::FirstButton, false, QStringLiteral("1"), 0},
+        {QStringLiteral("Yes"), Dialogs::FirstButton, false, QStringLiteral("Yes"), 0, QUrl()},
     };
     const QString picture = pictures.filePath(QStringLiteral("1.png"));
     for (const auto& one : cases) {
         QSettings().setValue(QStringLiteral("ShowRateMessage"), one.kept);
         ScriptedDialogs script;
-        ViewController other(theme, script, folder.path());
+        ViewController other(theme, script, folder.path(), one.place);
         other.OpenFiles({picture});
         ASSERT_TRUE(QTest::qWaitFor([&] { return !other.State().updating; }, 20000));
         other.OnAddFrame();
@@ -92,6 +108,8 @@ TEST_F(SaveStory, WhatCannotBeSavedLeavesWhatWasThere) {
     ASSERT_TRUE(QDir(out.path()).mkdir(QStringLiteral("folder.gif")));
     EXPECT_EQ(Save(Out("folder.gif")).rfind("Save failed: ", 0), 0U);
     EXPECT_NE(Save(Out("none/x.gif")).find("\nSave failed: "), std::string::npos);
+    EXPECT_EQ(TextOf("labelGifInfo"),
+              QStringLiteral("Could not write \"x.gif\": the folder does not exist."));
     Save(Out("kept.gif"));
     dialogs.messages.clear();
     const QByteArray kept = BytesOf(Out("kept.gif"));

@@ -17,7 +17,7 @@ QByteArray Codes(const GifPart& part) {
         if (i % kMostBetween == 0) {
             codes.append(static_cast<char>(kClear));
         }
-        codes.append(static_cast<char>(part.colour));
+        codes.append(static_cast<char>(part.color));
     }
     codes.append(static_cast<char>(kEnd));
     QByteArray blocks(1, 7);
@@ -46,7 +46,7 @@ QByteArray GifBytes(int width, int height, std::optional<int> repeats,
         bytes += QByteArray::fromHex("21f904");
         bytes.append(static_cast<char>(part.disposal << 2 | (part.transparent ? 1 : 0)));
         bytes += Word(part.delay);
-        bytes.append(static_cast<char>(part.colour)).append('\0');
+        bytes.append(static_cast<char>(part.color)).append('\0');
         bytes += ',' + Word(part.x) + Word(part.y) + Word(part.width) + Word(part.height) + '\0' +
                  Codes(part);
     }

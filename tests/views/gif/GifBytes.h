@@ -6,14 +6,14 @@
 
 namespace lumirra::test {
 
-/// One picture of a hand-made GIF: a rectangle of one colour of the palette (`GifColours`).
+/// One picture of a hand-made GIF: a rectangle of one colour of the palette (`GifColors`).
 struct GifPart {
     int x = 0;
     int y = 0;
     int width = 0;
     int height = 0;
-    int colour = 0;  ///< 0..7, one bit each for red, green and blue
-    int delay = 0;   ///< hundredths, as written
+    int color = 0;  ///< 0..7, one bit each for red, green and blue
+    int delay = 0;  ///< hundredths, as written
     int disposal = 1;
     bool transparent = false;  ///< its colour is the transparent one
 };

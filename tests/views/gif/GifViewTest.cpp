@@ -12,7 +12,7 @@
 #include "views/gif/GifBlocks.h"
 #include "views/gif/GifClock.h"
 #include "views/gif/GifView.h"
-#include "views/style/Colours.h"
+#include "views/style/Colors.h"
 
 namespace lumirra {
 namespace {
@@ -24,8 +24,8 @@ using test::GifPart;
 QList<GifPart> WholePictures(int width, int height, const QList<int>& delays) {
     QList<GifPart> parts;
     for (const int delay : delays) {
-        const int colour = static_cast<int>(parts.size()) % 7 + 1;
-        parts.append({0, 0, width, height, colour, delay});
+        const int color = static_cast<int>(parts.size()) % 7 + 1;
+        parts.append({0, 0, width, height, color, delay});
     }
     return parts;
 }
@@ -115,13 +115,13 @@ class GifViewTest : public testing::Test {
         ASSERT_TRUE(QTest::qWaitFor([this] { return !view.IsLoading(); }, 20000));
     }
     /// The number of `WholePictures` that is shown, 1..7; 0 for none.
-    int ColourShown() const {
+    int ColorShown() const {
         if (view.Image().isNull()) {
             return 0;
         }
-        const QColor colour = view.Image().pixelColor(0, 0);
-        return (colour.red() > 128 ? 1 : 0) + (colour.green() > 128 ? 2 : 0) +
-               (colour.blue() > 128 ? 4 : 0);
+        const QColor color = view.Image().pixelColor(0, 0);
+        return (color.red() > 128 ? 1 : 0) + (color.green() > 128 ? 2 : 0) +
+               (color.blue() > 128 ? 4 : 0);
     }
 
     QTemporaryDir folder;
@@ -135,13 +135,13 @@ TEST_F(GifViewTest, StillShowsTheFirstPictureAndWhatThereIsToSay) {
     Show(Write("a.gif", bytes));
     EXPECT_TRUE(view.HasPictureObject());
     EXPECT_FALSE(view.IsAnimating());
-    EXPECT_EQ(ColourShown(), 1);
+    EXPECT_EQ(ColorShown(), 1);
     ASSERT_TRUE(QTest::qWaitFor([&] { return info.count() == 1; }));
-    const GifInfo expected{3, {64, 48}, 100 + 100 + 250, bytes.size()};
+    const GifInfo expected{3, {64, 48}, 100 + 100 + 250, bytes.size(), true};
     EXPECT_EQ(info.at(0).at(0).value<GifInfo>(), expected);
 
     view.SetFile(QString());
-    EXPECT_EQ(ColourShown(), 0);
+    EXPECT_EQ(ColorShown(), 0);
     EXPECT_TRUE(view.HasPictureObject()) << "an empty one";
     view.Clear();
     EXPECT_FALSE(view.HasPictureObject());
@@ -158,12 +158,12 @@ TEST_F(GifViewTest, PlaysAsOftenAsTheFileWants) {
         ASSERT_TRUE(QTest::qWaitFor([&] { return view.ShownPictures() == one.shown; }, 20000));
         QTest::qWait(120);
         EXPECT_EQ(view.ShownPictures(), one.shown);
-        EXPECT_EQ(ColourShown(), 3) << "it stays on its last picture";
+        EXPECT_EQ(ColorShown(), 3) << "it stays on its last picture";
         EXPECT_TRUE(view.IsAnimating());
         view.Stop();
         EXPECT_FALSE(view.IsAnimating());
-        EXPECT_EQ(ColourShown(), 3) << "until the first one is read again";
-        ASSERT_TRUE(QTest::qWaitFor([&] { return ColourShown() == 1; }, 20000));
+        EXPECT_EQ(ColorShown(), 3) << "until the first one is read again";
+        ASSERT_TRUE(QTest::qWaitFor([&] { return ColorShown() == 1; }, 20000));
     }
 }
 
@@ -190,9 +190,9 @@ TEST_F(GifViewTest, EachPictureStaysForItsDelay) {
 
 TEST_F(GifViewTest, MissingAndDamagedFilesShowWhatThereIs) {
     Show(folder.filePath(QStringLiteral("none.gif")));
-    EXPECT_EQ(ColourShown(), 0);
+    EXPECT_EQ(ColorShown(), 0);
     Show(Write("text.gif", "not a GIF at all"));
-    EXPECT_EQ(ColourShown(), 0);
+    EXPECT_EQ(ColorShown(), 0);
     view.Play();
     view.grab();
     view.Stop();
@@ -209,9 +209,9 @@ TEST_F(GifViewTest, MissingAndDamagedFilesShowWhatThereIs) {
     QTest::qWait(50);
     ASSERT_TRUE(QFile::remove(path));
     QTest::qWait(50);
-    EXPECT_NE(ColourShown(), 0) << "it was opened";
+    EXPECT_NE(ColorShown(), 0) << "it was opened";
     view.Stop();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return ColourShown() == 0; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return ColorShown() == 0; }));
     EXPECT_TRUE(view.HasPictureObject());
 }
 
@@ -227,13 +227,13 @@ TEST_F(GifViewTest, FitsThePanelSharplyOnAChequerWhereItIsTransparent) {
     const auto at = [&](int x, int y) {
         return shown.pixelColor(static_cast<int>(x * ratio), static_cast<int>(y * ratio));
     };
-    const ThemeColours& colours = ColoursOf(view.palette());
+    const ThemeColors& colors = ColorsOf(view.palette());
     // 120 x 30 in the middle.
     EXPECT_EQ(at(4, 40), QColor(255, 0, 0));
     EXPECT_EQ(at(56, 40), QColor(255, 0, 0));
-    EXPECT_TRUE(at(90, 40) == colours.checkerLight || at(90, 40) == colours.checkerDark);
-    EXPECT_EQ(at(60, 20), colours.canvas);
-    EXPECT_EQ(at(60, 60), colours.canvas);
+    EXPECT_TRUE(at(90, 40) == colors.checkerLight || at(90, 40) == colors.checkerDark);
+    EXPECT_EQ(at(60, 20), colors.canvas);
+    EXPECT_EQ(at(60, 60), colors.canvas);
 }
 
 TEST_F(GifViewTest, SpaceEnterAndAClickAskForPlay) {

@@ -1,0 +1,256 @@
+#include "app/ViewController.h"
+
+#include <QApplication>
+#include <QDir>
+
+#include "app/actions/CommandActions.h"
+#include "app/actions/WindowStateView.h"
+#include "app/controls/SettingsController.h"
+#include "app/dialogs/Dialogs.h"
+#include "app/frames/CaptureController.h"
+#include "app/frames/ExtractionController.h"
+#include "app/frames/FrameListController.h"
+#include "app/gif/GifController.h"
+#include "app/gif/SaveController.h"
+#include "app/lifecycle/LifecycleController.h"
+#include "app/preview/PreviewController.h"
+#include "app/profile/ProfileController.h"
+#include "app/session/FileCommands.h"
+#include "app/source/PlaybackController.h"
+#include "app/source/SourceController.h"
+#include "project/edits/SettingEdits.h"
+#include "ui_MainWindow.h"
+
+namespace lumirra {
+
+ViewController::ViewController(Theme& theme, Dialogs& dialogs, const QString& temporaryFolder,
+                               const QUrl& store)
+    : MainWindow(theme),
+      dialogs_(dialogs),
+      ui_(Controls()),
+      previewFile_(QDir(temporaryFolder).filePath(QStringLiteral("tempGif.gif"))),
+      store_(temporaryFolder, PrintRemoveFailed),
+      project_(store_) {
+    qApp->installEventFilter(this);
+    DimPanelButtons();
+    project_.Follow(FreshDocument());
+    MakeControllers(dialogs, store);
+    ConnectControllers();
+    BindProjectCommands();
+    BindSourceCommands();
+    BindFrameCommands();
+    BindGifCommands();
+    BindResets();
+    stateView_->Refresh();
+    ShowTitle();
+    ShowHistory();
+    ui_.tabViewSettings->setCurrentIndex(0);
+    setFocus();  // no control is singled out before Tab is pressed
+}
+
+ViewController::~ViewController() = default;
+
+void ViewController::MakeControllers(Dialogs& dialogs, const QUrl& store) {
+    actions_ = std::make_unique<CommandActions>(*this);
+    stateView_ = std::make_unique<WindowStateView>(*this, ui_, *actions_, project_, session_);
+    settings_ = std::make_unique<SettingsController>(project_, *this);
+    preview_ = std::make_unique<PreviewController>(project_, session_, ui_);
+    playback_ = std::make_unique<PlaybackController>(project_, session_, dialogs, ui_);
+    source_ = std::make_unique<SourceController>(project_, dialogs, ui_);
+    capture_ =
+        std::make_unique<CaptureController>(project_, session_, dialogs, *ui_.imageViewVideo);
+    extraction_ = std::make_unique<ExtractionController>(project_, session_, dialogs, ui_);
+    frames_ = std::make_unique<FrameListController>(project_, session_, dialogs, ui_);
+    gif_ = std::make_unique<GifController>(project_, session_, dialogs, ui_, previewFile_);
+    save_ = std::make_unique<SaveController>(dialogs, ui_, previewFile_, store);
+    profile_ = std::make_unique<ProfileController>(project_, dialogs);
+    lifecycle_ = std::make_unique<LifecycleController>(project_, dialogs);
+}
+
+/// What one part's work means for another.
+void ViewController::ConnectControllers() {
+    connect(&project_, &Project::Changed, this, &ViewController::Follow);
+    connect(preview_.get(), &PreviewController::Starting, this, &ViewController::StopPlayback);
+    connect(extraction_.get(), &ExtractionController::Starting, this,
+            &ViewController::StopPlayback);
+    connect(gif_.get(), &GifController::PlayingWithLoopCount, this,
+            &ViewController::UpdateVideoPreview);
+    connect(ui_.gifPreview, &GifView::PlayStopRequested, this,
+            [this] { actions_->Trigger(Command::PlayStopPreview); });
+    connect(lifecycle_.get(), &LifecycleController::Leaving, this, &ViewController::LeaveProject);
+}
+
+/// The buttons at the picture's edge step back until they are pointed at or have the keyboard.
+void ViewController::DimPanelButtons() {
+    for (QWidget* button :
+         {ui_.buttonZoomIn, ui_.buttonZoomOut, ui_.buttonResetZoom, ui_.buttonCloseVideo,
+          ui_.buttonPlayVideo, ui_.buttonPreviousImage, ui_.buttonNextImage}) {
+        button->setProperty("quiet", true);
+    }
+}
+
+ProjectState ViewController::State() const {
+    const Document& document = project_.State();
+    return {.currentProfilePath = document.identity.currentProfilePath,
+            .videoPath = document.source.videoPath,
+            .listImagePaths = document.source.listImagePaths,
+            .currentImagePath = document.source.currentImagePath,
+            .currentImageNumber = document.source.currentImageNumber,
+            .startPosition = document.source.startPosition,
+            .endPosition = document.source.endPosition,
+            .frames = document.frames,
+            .textFieldsValues = document.settings.textFieldsValues,
+            .updating = session_.IsUpdating(),
+            .selectionChanged = preview_->IsReplaced(),
+            .commandIsPressed = session_.CommandIsPressed()};
+}
+
+void ViewController::Follow(ProjectChanges what) {
+    if (what & ProjectChange::Identity) {
+        ShowTitle();
+    }
+    if (what & ProjectChange::History) {
+        ShowHistory();
+    }
+}
+
+void ViewController::ShowTitle() {
+    const Document& document = project_.State();
+    setWindowTitle(document.identity.title +
+                   (document.IsModified() ? QStringLiteral("*") : QString()));
+}
+
+void ViewController::ShowHistory() {
+    actions_->Of(Command::Undo).setText(tr("&Undo %1").arg(project_.UndoLabel()).trimmed());
+    actions_->Of(Command::Redo).setText(tr("&Redo %1").arg(project_.RedoLabel()).trimmed());
+}
+
+void ViewController::OnFileNew() {
+    settings_->CommitTyping();
+    lifecycle_->New();
+}
+
+/// What runs for the project that is left stops, and nothing of it comes later.
+void ViewController::LeaveProject() {
+    session_.Job().Stop();
+    StopPlayback();
+    capture_->Forget();
+    gif_->Clear();
+    source_->ShowTimesOf({});
+    ui_.tabViewSettings->setCurrentIndex(0);
+    ui_.customViewVideo->ResetZoom();
+}
+
+void ViewController::CleanTemporaryFiles() {
+    project_.Discard();
+    RemoveFile(previewFile_);
+}
+
+void ViewController::OnSaveProfile() {
+    settings_->CommitTyping();
+    profile_->Save();
+}
+void ViewController::OnSaveProfileAs() {
+    settings_->CommitTyping();
+    profile_->SaveAs();
+}
+void ViewController::OnLoadProfile() {
+    settings_->CommitTyping();
+    profile_->Load();
+}
+
+void ViewController::OnSelectVideo() {
+    StopPlayback();
+    source_->SelectVideo();
+}
+void ViewController::OnSelectImage() {
+    StopPlayback();
+    source_->SelectImage();
+}
+void ViewController::OnPlayVideo() {
+    playback_->Play();
+}
+void ViewController::OnStopVideo() {
+    IsPlaying() ? StopPlayback() : source_->Close();
+}
+void ViewController::OnMarkAsStartTime() {
+    StopPlayback();
+    source_->MarkPosition(edits::Marker::Start);
+}
+void ViewController::OnMarkAsEndTime() {
+    StopPlayback();
+    source_->MarkPosition(edits::Marker::End);
+}
+void ViewController::OnPreviousImage() {
+    source_->ShowImageNumber(project_.State().source.currentImageNumber - 1);
+}
+void ViewController::OnNextImage() {
+    source_->ShowImageNumber(project_.State().source.currentImageNumber + 1);
+}
+void ViewController::VideoDragPerformed(const QString& path) {
+    source_->VideoDragPerformed(path);
+}
+void ViewController::ImageDragPerformed(const QStringList& paths) {
+    source_->ImageDragPerformed(paths);
+}
+void ViewController::OpenFiles(const QStringList& paths) {
+    source_->OpenFiles(paths);
+}
+void ViewController::StopPlayback() {
+    playback_->Stop();
+}
+void ViewController::UpdateVideoPreview() {
+    preview_->UpdateVideoPreview();
+}
+
+void ViewController::OnAddFrame() {
+    StopPlayback();
+    capture_->AddFrame();
+}
+void ViewController::OnAddFramesAutomatically() {
+    extraction_->AddFramesAutomatically();
+}
+void ViewController::OnRemoveSelectedFrame() {
+    frames_->RemoveSelected();
+}
+void ViewController::OnRemoveAllFrames() {
+    frames_->RemoveAll();
+}
+void ViewController::OnMoveUp() {
+    frames_->MoveUp();
+}
+void ViewController::OnMoveDown() {
+    frames_->MoveDown();
+}
+void ViewController::RebuildFrameStrip() {
+    frames_->RebuildFrameStrip();
+}
+void ViewController::RefreshFrameSelection() {
+    frames_->RefreshFrameSelection();
+}
+void ViewController::UpdateSelectionScrollViewFrames(int tag) {
+    frames_->Click(tag);
+}
+
+void ViewController::OnGeneratePreview() {
+    StopPlayback();
+    gif_->GeneratePreview();
+}
+void ViewController::OnPlayStopPreview() {
+    gif_->PlayStopPreview();
+}
+void ViewController::ResetPlay() {
+    gif_->ResetPlay();
+}
+void ViewController::OnSaveGif() {
+    save_->SaveGif();
+}
+
+void ViewController::OnHowToMakeAGifFromAVideo() {
+    dialogs_.OpenAddress(VideoHelpAddress());
+}
+void ViewController::OnHowTocreateAGifFromImages() {
+    dialogs_.OpenAddress(PicturesHelpAddress());
+}
+
+}  // namespace lumirra

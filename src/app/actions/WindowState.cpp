@@ -1,0 +1,109 @@
+#include "app/actions/WindowState.h"
+
+#include <algorithm>
+#include <array>
+
+#include "app/session/Session.h"
+#include "project/Project.h"
+
+namespace lumirra {
+namespace {
+
+/// The settings that matter to a video alone.
+constexpr std::array kVideoControls = {Control::RadioFixedNumberOfFrames,
+                                       Control::TextFieldFixedNumberOfFrames,
+                                       Control::StepperFixedNumberOfFrames,
+                                       Control::RadioFixedIntervalBetweenFrames,
+                                       Control::TextFieldFixedIntervalBetweenFrames,
+                                       Control::StepperFixedIntervalBetweenFrames,
+                                       Control::ComboPlayMode};
+
+WidgetState Shown(bool visible, bool locked) {
+    return {visible && !locked, visible};
+}
+
+}  // namespace
+
+WindowFacts FactsOf(const Project& project, const Session& session) {
+    const Document& document = project.State();
+    return {.video = document.source.HasVideo(),
+            .pictures = document.source.HasPictures(),
+            .listedPictures = static_cast<int>(document.source.listImagePaths.size()),
+            .frames = document.frames.Count(),
+            .selectedFrames = static_cast<int>(document.frames.SelectedIds().size()),
+            .playing = session.IsPlaying(),
+            .locked = session.IsLocked(),
+            .limitsSize = project.Values().IsOn(Control::CheckMaxSize),
+            .repeatsForever = project.Values().IsOn(Control::CheckRepeatForever),
+            .canUndo = project.CanUndo(),
+            .canRedo = project.CanRedo()};
+}
+
+WidgetState StateOf(Command command, const WindowFacts& facts) {
+    switch (command) {
+        case Command::New:
+        case Command::LoadProfile:
+        case Command::SaveProfile:
+        case Command::SaveProfileAs:
+        case Command::Quit:
+        case Command::HowToVideo:
+        case Command::HowToImages:
+        case Command::KeyboardShortcuts:
+        case Command::About:
+            return {};
+        case Command::Undo:
+            return {facts.canUndo && !facts.locked};
+        case Command::Redo:
+            return {facts.canRedo && !facts.locked};
+        case Command::PlayVideo:
+            return Shown(facts.video && !facts.playing, facts.locked);
+        case Command::PreviousImage:
+        case Command::NextImage:
+            return Shown(facts.pictures, facts.locked);
+        case Command::ZoomIn:
+        case Command::ZoomOut:
+        case Command::ResetZoom:
+            return Shown(!facts.playing, facts.locked);
+        case Command::MarkAsStartTime:
+        case Command::MarkAsEndTime:
+            return {facts.video && !facts.locked};
+        case Command::StepBack:
+        case Command::StepForward:
+            return {(facts.video || facts.pictures) && !facts.locked};
+        case Command::AddFramesAutomatically:
+            return {(facts.video || facts.listedPictures >= 2) && !facts.locked};
+        case Command::SelectAllFrames:
+            return {facts.frames > 0 && !facts.locked};
+        case Command::DuplicateFrames:
+            return {facts.selectedFrames > 0 && !facts.locked};
+        case Command::ReverseFrames:
+            return {facts.frames > 1 && !facts.locked};
+        case Command::ForthAndBack:
+            return {facts.frames > 2 && !facts.locked};
+        case Command::MoveUp:
+        case Command::MoveDown:
+            return {facts.selectedFrames == 1 && !facts.locked};
+        default:
+            return {!facts.locked};
+    }
+}
+
+bool IsEnabled(Control control, const WindowFacts& facts) {
+    if (facts.locked) {
+        return false;
+    }
+    if (std::find(kVideoControls.begin(), kVideoControls.end(), control) != kVideoControls.end()) {
+        return facts.video;
+    }
+    switch (control) {
+        case Control::TextFieldLoopCount:
+        case Control::StepperLoopCount:
+            return !facts.repeatsForever;
+        case Control::FieldMaxSize:
+            return facts.limitsSize;
+        default:
+            return true;
+    }
+}
+
+}  // namespace lumirra

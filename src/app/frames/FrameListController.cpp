@@ -1,0 +1,132 @@
+#include "app/frames/FrameListController.h"
+
+#include <QSet>
+#include <utility>
+#include <vector>
+
+#include "app/dialogs/Dialogs.h"
+#include "app/session/Session.h"
+#include "output/AnimationRequest.h"
+#include "project/FrameStore.h"
+#include "project/Project.h"
+#include "project/edits/FrameEdits.h"
+#include "settings/SettingsRecords.h"
+#include "ui_MainWindow.h"
+#include "views/gif/GifBlocks.h"
+
+namespace lumirra {
+
+FrameListController::FrameListController(Project& project, const Session& session, Dialogs& dialogs,
+                                         Ui::MainWindow& ui)
+    : project_(project), session_(session), dialogs_(dialogs), ui_(ui) {
+    ui_.scrollViewFrames->SetCaption([this](int index) { return Caption(index); });
+    connect(ui_.scrollViewFrames, &ScrollViewFrames::UpdateSelectionScrollViewFrames, this,
+            &FrameListController::Click);
+    connect(ui_.scrollViewFrames, &ScrollViewFrames::SelectionExtended, this,
+            [this](int tag) { project_.Follow(WithSelectionTo(project_.State(), tag)); });
+    connect(ui_.scrollViewFrames, &ScrollViewFrames::SelectionDropped, this,
+            [this] { project_.Follow(WithNoneSelected(project_.State())); });
+    connect(&project, &Project::Changed, this, &FrameListController::Follow);
+}
+
+/// The frame's number and when viewers show it.
+QString FrameListController::Caption(int index) const {
+    const int usual = DelayHundredths(OutputSettingsOf(project_.Values()).delaySeconds);
+    qint64 milliseconds = 0;
+    const QList<Frame>& frames = project_.State().frames.Frames();
+    for (int i = 0; i < index && i < frames.size(); ++i) {
+        milliseconds += PlayedMilliseconds(frames[i].delay.value_or(usual));
+    }
+    return tr("%1 · %2 s")
+        .arg(QString::number(index + 1),
+             QString::number(static_cast<double>(milliseconds) / 1000, 'f', 2));
+}
+
+void FrameListController::Follow(ProjectChanges what) {
+    if (what & ProjectChange::Frames) {
+        RebuildFrameStrip();
+    }
+    if (what & (ProjectChange::Frames | ProjectChange::Selection)) {
+        RefreshFrameSelection();
+    }
+}
+
+void FrameListController::RebuildFrameStrip() {
+    const FrameList& frames = project_.State().frames;
+    QStringList thumbnails;
+    thumbnails.reserve(frames.Count());
+    for (const Frame& frame : frames.Frames()) {
+        thumbnails.append(frame.ThumbnailPath());
+    }
+    ui_.scrollViewFrames->Rebuild(std::move(thumbnails));
+    ui_.labelFrameCount->setText(QString::number(frames.Count()));
+}
+
+void FrameListController::RefreshFrameSelection() {
+    const FrameList& frames = project_.State().frames;
+    const QSet<FrameId> selected(frames.SelectedIds().cbegin(), frames.SelectedIds().cend());
+    std::vector<bool> looks;
+    for (const Frame& frame : frames.Frames()) {
+        looks.push_back(selected.contains(frame.id));
+    }
+    ui_.scrollViewFrames->ShowSelection(
+        looks, std::exchange(shownTag_, frames.Tag()) != frames.Tag() ? frames.Tag() : -1);
+}
+
+void FrameListController::Click(int tag) {
+    project_.Follow(WithFrameClicked(project_.State(), tag, session_.CommandIsPressed()));
+}
+
+void FrameListController::RemoveSelected() {
+    project_.Apply(edits::RemoveSelectedFrames(project_.State()));
+}
+
+void FrameListController::RemoveAll() {
+    if (project_.State().frames.Count() == 0 ||
+        dialogs_.Ask(tr("Are you sure you want to remove all the frames from the list?"))) {
+        project_.Apply(edits::RemoveAllFrames(project_.State()));
+    }
+}
+
+void FrameListController::SelectAll() {
+    project_.Follow(WithAllSelected(project_.State()));
+}
+
+void FrameListController::Duplicate() {
+    project_.Apply(edits::DuplicateFrames(project_.State(), Copies()));
+}
+
+void FrameListController::Reverse() {
+    project_.Apply(edits::ReverseFrames(project_.State()));
+}
+
+void FrameListController::ForthAndBack() {
+    project_.Apply(edits::ForthAndBack(project_.State(), Copies()));
+}
+
+std::function<Frame(const Frame&)> FrameListController::Copies() {
+    return [this](const Frame& frame) { return project_.Store().Duplicate(frame); };
+}
+
+void FrameListController::MoveUp() {
+    Edit edit = edits::MoveFrameUp(project_.State());
+    const int offset = ui_.scrollViewFrames->Geometry().OffsetAfterMoveUp(edit.after.frames.Tag());
+    ShowMoved(std::move(edit), offset);
+}
+
+void FrameListController::MoveDown() {
+    Edit edit = edits::MoveFrameDown(project_.State());
+    const int offset =
+        ui_.scrollViewFrames->Geometry().OffsetAfterMoveDown(edit.after.frames.Tag());
+    ShowMoved(std::move(edit), offset);
+}
+
+void FrameListController::ShowMoved(Edit edit, int offset) {
+    if (edit.after.frames == project_.State().frames) {
+        return;
+    }
+    ui_.scrollViewFrames->ScrollTo(offset);
+    project_.Apply(std::move(edit));
+}
+
+}  // namespace lumirra

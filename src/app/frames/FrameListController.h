@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+
+#include "project/Edit.h"
+
+namespace Ui {
+class MainWindow;
+}
+
+namespace lumirra {
+
+class Dialogs;
+class Project;
+class Session;
+
+/// The list of frames: shows it in the strip, follows clicks, moves and removes. Main thread.
+class FrameListController : public QObject {
+    Q_OBJECT
+
+  public:
+    FrameListController(Project& project, const Session& session, Dialogs& dialogs,
+                        Ui::MainWindow& ui);
+
+    /// A click on the frame with that index; one that does not exist changes nothing.
+    void Click(int tag);
+    void RemoveSelected();
+    /// Asks first.
+    void RemoveAll();
+    void MoveUp();
+    void MoveDown();
+    void SelectAll();
+    void Duplicate();
+    /// The selected frames, or all.
+    void Reverse();
+    void ForthAndBack();
+
+    void RebuildFrameStrip();
+    void RefreshFrameSelection();
+
+  private:
+    void Follow(ProjectChanges what);
+    std::function<Frame(const Frame&)> Copies();
+    void ShowMoved(Edit edit, int offset);
+    QString Caption(int index) const;
+
+    Project& project_;
+    const Session& session_;
+    Dialogs& dialogs_;
+    Ui::MainWindow& ui_;
+    int shownTag_ = -1;  ///< the frame last clicked, as far as the strip knows
+};
+
+}  // namespace lumirra

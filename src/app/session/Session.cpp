@@ -1,0 +1,23 @@
+#include "app/session/Session.h"
+
+#include <utility>
+
+namespace lumirra {
+
+Session::Session() {
+    connect(&job_, &BackgroundJob::RunningChanged, this, &Session::Changed);
+}
+
+void Session::SetLocked(bool locked) {
+    if (std::exchange(locked_, locked) != locked) {
+        Q_EMIT Changed();
+    }
+}
+
+void Session::SetPlaying(bool playing) {
+    if (std::exchange(playing_, playing) != playing) {
+        Q_EMIT Changed();
+    }
+}
+
+}  // namespace lumirra

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QObject>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <stop_token>
+#include <thread>
+
+namespace lumirra {
+
+/// The one long job that may run beside the window, on a thread of its own, and what it tells the
+/// main thread. Main thread, except where an operation says otherwise.
+class BackgroundJob : public QObject {
+    Q_OBJECT
+
+  public:
+    enum class Kind { None, Extraction, Generation };
+    using Work = std::function<void(const std::stop_token& stop)>;
+
+    explicit BackgroundJob(QObject* parent = nullptr);
+    /// Stops the work and waits for it; what it had still to say is dropped.
+    ~BackgroundJob() override;
+
+    /// `None` when no job runs.
+    Kind Running() const { return kind_; }
+
+    /// Only while none runs; false when no thread can be had for it. `finished` is called when the
+    /// work has returned and all its messages were delivered; the job has ended by then, so that it
+    /// may start the next.
+    [[nodiscard]] bool Start(Kind kind, Work work, std::function<void()> finished);
+
+    /// Asks the work to stop, waits until it returns, delivers its messages and calls `finished`,
+    /// all before returning. Nothing happens when no job runs.
+    void Stop();
+
+    /// For `work`: `message` is called on the main thread, messages in their order.
+    void Post(std::function<void()> message);
+
+  Q_SIGNALS:
+    void RunningChanged();
+    /// From the work: a message waits.
+    void Said();
+
+  private:
+    void Deliver();
+    void Finish();
+
+    Kind kind_ = Kind::None;
+    std::function<void()> finished_;
+    std::mutex mutex_;
+    std::deque<std::function<void()>> messages_;
+    std::jthread thread_;
+};
+
+}  // namespace lumirra
