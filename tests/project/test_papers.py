@@ -86,13 +86,16 @@ class Papers(unittest.TestCase):
 
     def complete_in_zsh(self, line):
         script = self.share / "zsh/vendor-completions"
-        # a terminal of its own, asked by the key; the list is what is printed after the line
+        # a terminal of its own. A key typed before the line editor has the terminal is lost, so the
+        # editor says when it begins; the halves keep the echo of the command from saying it. Without
+        # a line speed the list is drawn at once, whatever was typed since
         typed = f"""zmodload zsh/zpty; zpty z "PS1= TERM=dumb zsh -f -i"
             zpty -w z 'fpath=({script} $fpath); autoload -U compinit; compinit -u -D'
             zpty -w z "zstyle ':completion:*' list-separator '  '; setopt no_beep; LISTMAX=999"
-            zpty -w z 'bindkey "^G" list-choices; print READY'; zpty -r z out '*READY*READY*'
-            zpty -w -n z $'{line}\\x07'; zpty -w z $'\\x15 print DONE'
-            zpty -r z out '*DONE*DONE*'; print -r -- $out"""
+            zpty -w z "BAUD=0; bindkey '^G' list-choices"
+            zpty -w z "begin() {{ print EDITOR''-BEGINS; }}; zle -N zle-line-init begin"
+            zpty -r z out '*EDITOR-BEGINS*'; zpty -w -n z $'{line}\\x07'
+            zpty -w z $'\\x15 print LISTE''D'; zpty -r z out '*LISTED*'; print -r -- $out"""
         done = run("zsh", "-f", "-c", typed, cwd=self.prefix)
         return re.split(r"\s{2,}|\r?\n|\r", re.sub(r"\x1b\S*", "", done.stdout))
 
