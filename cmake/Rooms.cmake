@@ -51,16 +51,18 @@ function(lumirra_installed target)
   install(TARGETS ${target})
 endfunction()
 
-# lumirra_room_tests(NAME [MAIN file] [LINKS library...] [PROPERTIES test property...]): all *.cpp of
-# the calling folder as one test program that links the room's library alone. tests/support holds
-# what tests of several rooms share, also the main functions (MAIN, main.cpp unless given).
+# lumirra_room_tests(NAME [MAIN file] [LINKS library...] [PROPERTIES test property...]
+# [WITHOUT file...]): all *.cpp of the calling folder, but those in WITHOUT, as one test program that
+# links the room's library alone. tests/support holds what tests of several rooms share, also the main
+# functions (MAIN, main.cpp unless given).
 function(lumirra_room_tests name)
-  cmake_parse_arguments(ROOM "" "MAIN" "LINKS;PROPERTIES" ${ARGN})
+  cmake_parse_arguments(ROOM "" "MAIN" "LINKS;PROPERTIES;WITHOUT" ${ARGN})
   if(NOT ROOM_MAIN)
     set(ROOM_MAIN main.cpp)
   endif()
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp
        ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  list(REMOVE_ITEM sources ${ROOM_WITHOUT})
   add_executable(test_${name} ${sources} ${PROJECT_SOURCE_DIR}/tests/support/${ROOM_MAIN})
   target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   # Tests gain nothing from more, and it takes a third of their compiling.
@@ -69,7 +71,8 @@ function(lumirra_room_tests name)
                                              ${ROOM_LINKS})
   target_compile_definitions(test_${name} PRIVATE
     LUMIRRA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
-    LUMIRRA_MEDIA_DIR="${PROJECT_SOURCE_DIR}/../shared/media")
+    LUMIRRA_MEDIA_DIR="${LUMIRRA_TEST_MEDIA}")
+  add_dependencies(test_${name} test_media)
   gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 120
     PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen" ${ROOM_PROPERTIES})
 endfunction()

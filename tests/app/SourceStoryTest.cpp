@@ -19,6 +19,10 @@ namespace {
 
 using SourceStory = WindowTest;
 
+QString ReadMe() {
+    return QStringLiteral(LUMIRRA_SOURCE_DIR "/README.md");
+}
+
 TEST_F(SourceStory, AVideoIsOpenedSoughtMarkedAndClosed) {
     OpenVideo(Media("counter-30fps-bframes.mp4"));  // 90 frames, 3 s
     EXPECT_EQ(dialogs.opened.last().nameFilters, NameFilters(SourceKind::Video));
@@ -119,7 +123,9 @@ TEST_F(SourceStory, CommandsWithoutASourceSaySo) {
 
 TEST_F(SourceStory, WhatCannotBeReadIsNamedAndTheWindowGoesOn) {
     auto& view = Find<VideoImageView>("imageViewVideo");
-    OpenVideo(Media("bad-text.mp4"));
+    const QString text = folder.filePath(QStringLiteral("bad-text.mp4"));
+    ASSERT_TRUE(QFile::copy(ReadMe(), text));
+    OpenVideo(text);
     EXPECT_TRUE(view.Problem().contains(QStringLiteral("bad-text.mp4")))
         << qPrintable(view.Problem());
     EXPECT_TRUE(view.Image().isNull());
@@ -188,8 +194,8 @@ TEST_F(SourceStory, DropsAreTakenAsTheOpenCommandsDo) {
         return taken;
     };
     EXPECT_FALSE(drop({folder.path()})) << "a folder";
-    EXPECT_FALSE(drop({Media("README.md")}));
-    EXPECT_TRUE(drop({Media("photo.JPE"), Media("README.md"), Media("ü – 画像 📷.png")}));
+    EXPECT_FALSE(drop({ReadMe()}));
+    EXPECT_TRUE(drop({Media("photo.JPE"), ReadMe(), Media("ü – 画像 📷.png")}));
     EXPECT_EQ(window.State().listImagePaths.size(), 2);
     dialogs.answers.push_back(Dialogs::SecondButton);
     EXPECT_FALSE(drop({Media("counter-2997.mov")})) << "refused by the answer";
@@ -204,7 +210,7 @@ TEST_F(SourceStory, DropsAreTakenAsTheOpenCommandsDo) {
 
 TEST_F(SourceStory, FilesNamedAtTheStartAreOpenedOrRefusedInWords) {
     window.OpenFiles({});
-    window.OpenFiles({QStringLiteral(LUMIRRA_SOURCE_DIR) + QStringLiteral("/README.md")});
+    window.OpenFiles({ReadMe()});
     EXPECT_TRUE(dialogs.OnlyMessage().contains(QStringLiteral("README.md")));
     window.OpenFiles({Media("photo-16bit.png"), Media("photo-grey.png"), Media("photo-alpha.png")});
     Settle();

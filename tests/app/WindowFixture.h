@@ -12,7 +12,6 @@
 
 #include "ScriptedDialogs.h"
 #include "app/ViewController.h"
-#include "support/SampleMedia.h"
 #include "views/Theme.h"
 #include "views/controls/RangeControl.h"
 #include "views/panel/VideoImageView.h"
@@ -33,8 +32,6 @@ inline int CounterIn(const QImage& picture) {
 /// A window under the off-screen platform, with scripted dialogs and a folder of its own.
 class WindowTest : public testing::Test {
   protected:
-    void SetUp() override { LUMIRRA_NEED_SAMPLE_MEDIA(); }
-
     static QString Media(const char* name) {
         return QDir::cleanPath(
             QDir(QStringLiteral(LUMIRRA_MEDIA_DIR)).filePath(QString::fromUtf8(name)));

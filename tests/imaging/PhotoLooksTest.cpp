@@ -4,7 +4,6 @@
 #include <map>
 
 #include "imaging/Effects.h"
-#include "support/SampleMedia.h"
 
 namespace lumirra::ImageTools {
 namespace {
@@ -73,12 +72,9 @@ double NewlyClipped(const QImage& before, const QImage& after) {
 
 class PhotoLooks : public testing::Test {
   protected:
-    void SetUp() override {
-        LUMIRRA_NEED_SAMPLE_MEDIA();
-        ASSERT_FALSE(source_.isNull()) << "the photograph is missing";
-    }
+    void SetUp() override { ASSERT_FALSE(source_.isNull()) << "the photograph is missing"; }
     static void SetUpTestSuite() {
-        source_ = QImage(QStringLiteral(LUMIRRA_MEDIA_DIR "/red-panda.jpg"))
+        source_ = QImage(QStringLiteral(LUMIRRA_MEDIA_DIR "/photo.bmp"))
                       .convertToFormat(QImage::Format_RGBA8888);
         if (source_.isNull()) {
             return;

@@ -11,14 +11,6 @@
 namespace lumirra {
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool kOwnAllocator = true;
-#elif defined(__has_feature)
-constexpr bool kOwnAllocator = __has_feature(address_sanitizer);
-#else
-constexpr bool kOwnAllocator = false;
-#endif
-
 long PageFaultsOfThisThread() {
     rusage usage{};
     getrusage(RUSAGE_THREAD, &usage);
@@ -26,9 +18,6 @@ long PageFaultsOfThisThread() {
 }
 
 TEST(WorkingMemory, AFreedBufferServesTheNextOne) {
-    if (kOwnAllocator) {
-        GTEST_SKIP() << "the sanitizer's allocator is not ours to set";
-    }
     KeepWorkingMemory();
     constexpr std::size_t kMegabyte = 1 << 20;
     constexpr std::size_t kLargest = 15;

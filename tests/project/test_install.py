@@ -28,7 +28,7 @@ class Install(unittest.TestCase):
                               capture_output=True, text=True, timeout=120)
 
     def test_modules_are_found_and_missed(self):
-        clip, picture = MEDIA / "rabbit320.mp4", MEDIA / "photo.jpg"
+        clip, picture = MEDIA / "counter-2997.mov", MEDIA / "photo.jpg"
         found = self.run_cli("--info", clip)
         self.assertEqual(found.returncode, 0, found.stderr)
         self.assertIn("h264", found.stdout)

@@ -11,7 +11,6 @@
 #include "sources/Extraction.h"
 #include "sources/FrameFiles.h"
 #include "sources/VideoReader.h"
-#include "support/SampleMedia.h"
 
 namespace lumirra {
 namespace {
@@ -66,12 +65,6 @@ class Extraction : public testing::Test {
         files.sort();
         EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name), files);
         EXPECT_TRUE(std::is_sorted(told_.begin(), told_.end()));
-    }
-
-    /// A clip of the media folder, or nothing when there is none.
-    static QString Clip(const char* name) {
-        const QDir media(QStringLiteral(LUMIRRA_MEDIA_DIR));
-        return media.exists(QLatin1String(name)) ? media.filePath(QLatin1String(name)) : QString();
     }
 
     QTemporaryDir folder_;
@@ -166,9 +159,7 @@ TEST_F(Extraction, StopsAtTheNextFrameAndKeepsTheStored) {
 }
 
 TEST_F(Extraction, VideoThereAndBack) {
-    LUMIRRA_NEED_SAMPLE_MEDIA();
-    job_.videoPath = Clip("counter-30fps-bframes.mp4");
-    ASSERT_FALSE(job_.videoPath.isEmpty());
+    job_.videoPath = QStringLiteral(LUMIRRA_MEDIA_DIR "/counter-30fps-bframes.mp4");
     job_.settings.width = 320;
     job_.settings.height = 180;
     job_.settings.fixedNumber = true;

@@ -10,7 +10,7 @@
 
 namespace lumirra {
 
-/// In the folder of sample clips, which need not be there.
+/// One of the clips that tests/support/make_media.py makes.
 QString Media(const QString& name);
 
 /// Standard output of a program that has to succeed; `arguments` are split at spaces.

@@ -239,7 +239,7 @@ TEST_F(GenerateStory, WithoutItsFolderTheProgramSaysSo) {
 
 /// The window and the command line are one engine: the same profile gives the same bytes.
 TEST_F(GenerateStory, AProfileGivesTheSameGifOnTheCommandLine) {
-    const QString clip = Media("monster.mp4");
+    const QString clip = Media("grain.mp4");
     OpenVideo(clip);
     Press("radioFixedNumberOfFrames");
     Type("textFieldFixedNumberOfFrames", QStringLiteral("6"));
