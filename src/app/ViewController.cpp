@@ -12,6 +12,7 @@
 #include "app/frames/FrameListController.h"
 #include "app/gif/GifController.h"
 #include "app/gif/SaveController.h"
+#include "app/gif/ShareController.h"
 #include "app/lifecycle/LifecycleController.h"
 #include "app/preview/PreviewController.h"
 #include "app/profile/ProfileController.h"
@@ -63,6 +64,7 @@ void ViewController::MakeControllers(Dialogs& dialogs, const QUrl& store) {
     frames_ = std::make_unique<FrameListController>(project_, session_, dialogs, ui_);
     gif_ = std::make_unique<GifController>(project_, session_, dialogs, ui_, previewFile_);
     save_ = std::make_unique<SaveController>(dialogs, ui_, previewFile_, store);
+    share_ = std::make_unique<ShareController>(dialogs, *ui_.gifPreview, previewFile_);
     profile_ = std::make_unique<ProfileController>(project_, dialogs);
     lifecycle_ = std::make_unique<LifecycleController>(project_, dialogs);
 }

@@ -25,6 +25,7 @@ class PreviewController;
 class ProfileController;
 class SaveController;
 class SettingsController;
+class ShareController;
 class SourceController;
 class WindowStateView;
 
@@ -138,6 +139,7 @@ class ViewController : public MainWindow {
     std::unique_ptr<FrameListController> frames_;
     std::unique_ptr<GifController> gif_;
     std::unique_ptr<SaveController> save_;
+    std::unique_ptr<ShareController> share_;
     std::unique_ptr<ProfileController> profile_;
     std::unique_ptr<LifecycleController> lifecycle_;
     QTimer loadAhead_;

@@ -2,6 +2,8 @@
 #include "app/actions/CommandActions.h"
 #include "app/controls/SettingsController.h"
 #include "app/frames/FrameListController.h"
+#include "app/gif/GifController.h"
+#include "app/gif/ShareController.h"
 #include "app/source/SourceController.h"
 #include "ui_MainWindow.h"
 
@@ -54,7 +56,14 @@ void ViewController::BindFrameCommands() {
 void ViewController::BindGifCommands() {
     actions_->Bind(Command::GeneratePreview, [this] { OnGeneratePreview(); });
     actions_->Bind(Command::PlayStopPreview, [this] { OnPlayStopPreview(); });
+    actions_->Bind(Command::PlayAgain, [this] { gif_->PlayAgain(); });
     actions_->Bind(Command::SaveGif, [this] { OnSaveGif(); });
+    actions_->Bind(Command::CopyGif, [this] { share_->Copy(); });
+    for (const Command command : {Command::CopyGif, Command::SaveGif, Command::PlayStopPreview,
+                                  Command::PlayAgain, Command::GeneratePreview}) {
+        ui_.gifPreview->addAction(&actions_->Of(command));
+    }
+    ui_.gifPreview->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
 void ViewController::BindResets() {

@@ -1,5 +1,8 @@
 #include "project/ExportRequest.h"
 
+#include <utility>
+
+#include "output/frames/EncoderSetup.h"
 #include "settings/SettingsRecords.h"
 
 namespace lumirra {
@@ -30,13 +33,22 @@ AnimationRequest ExportRequest(const ControlValues& values, std::vector<FrameInp
             .maxBytes = output.maxBytes};
 }
 
-AnimationRequest SizeRequest(AnimationRequest request) {
+AnimationRequest ContentRequest(AnimationRequest request) {
+    for (FrameInput& frame : request.frames) {
+        frame.delay = DelayOf(frame, request);
+    }
     const AnimationRequest plain;
     request.destination = plain.destination;
     request.delaySeconds = plain.delaySeconds;
-    request.loopCount = plain.loopCount;
+    request.loopCount = request.repeatForever ? plain.loopCount : request.loopCount;
     request.fileKind = plain.fileKind;
     request.threads = plain.threads;
+    return request;
+}
+
+AnimationRequest SizeRequest(AnimationRequest request) {
+    request = ContentRequest(std::move(request));
+    request.loopCount = AnimationRequest().loopCount;
     for (FrameInput& frame : request.frames) {
         frame.delay.reset();
     }

@@ -18,6 +18,10 @@ std::vector<FrameInput> FramesOf(const FrameList& list);
 /// adds how frames of different sizes are brought together, and where the file goes.
 AnimationRequest ExportRequest(const ControlValues& values, std::vector<FrameInput> frames);
 
+/// The request with nothing but what the content of the file depends on, so that requests that come
+/// to the same bytes are equal.
+AnimationRequest ContentRequest(AnimationRequest request);
+
 /// The request with nothing but what the size of the file depends on, so that requests that come to
 /// the same size are equal.
 AnimationRequest SizeRequest(AnimationRequest request);

@@ -40,6 +40,8 @@ enum class Command {
     ForthAndBack,
     GeneratePreview,
     PlayStopPreview,
+    PlayAgain,
+    CopyGif,
     AdjustSettingsReset,
     CartoonReset,
     SketchReset,

@@ -33,6 +33,8 @@ WindowFacts FactsOf(const Project& project, const Session& session) {
             .selectedFrames = static_cast<int>(document.frames.SelectedIds().size()),
             .playing = session.IsPlaying(),
             .locked = session.IsLocked(),
+            .gif = session.HasGif(),
+            .gifEnds = session.GifEnds(),
             .limitsSize = project.Values().IsOn(Control::CheckMaxSize),
             .repeatsForever = project.Values().IsOn(Control::CheckRepeatForever),
             .canUndo = project.CanUndo(),
@@ -80,6 +82,10 @@ WidgetState StateOf(Command command, const WindowFacts& facts) {
             return {facts.frames > 1 && !facts.locked};
         case Command::ForthAndBack:
             return {facts.frames > 2 && !facts.locked};
+        case Command::PlayAgain:
+            return Shown(facts.gifEnds, facts.locked);
+        case Command::CopyGif:
+            return {facts.gif && !facts.locked};
         case Command::MoveUp:
         case Command::MoveDown:
             return {facts.selectedFrames == 1 && !facts.locked};

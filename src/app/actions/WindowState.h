@@ -16,7 +16,9 @@ struct WindowFacts {
     int frames = 0;
     int selectedFrames = 0;
     bool playing = false;
-    bool locked = false;  ///< a long job runs
+    bool locked = false;   ///< a long job runs
+    bool gif = false;      ///< one is shown
+    bool gifEnds = false;  ///< and is not repeated for ever
     bool limitsSize = false;
     bool repeatsForever = false;
     bool canUndo = false;

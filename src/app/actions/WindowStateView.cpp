@@ -59,6 +59,7 @@ void WindowStateView::ReturnFocus() {
 void WindowStateView::ShowPanel(const WindowFacts& facts) {
     ui_.sliderVideoPosition->setEnabled(facts.video && !facts.locked);
     ui_.labelImageNumber->setVisible(facts.pictures && !facts.playing);
+    ui_.labelGifRepeats->setVisible(facts.gifEnds);
     // While it plays the button's place is kept: the slider beside it must not jump.
     QSizePolicy policy = ui_.buttonPlayVideo->sizePolicy();
     policy.setRetainSizeWhenHidden(facts.video);

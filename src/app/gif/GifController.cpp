@@ -10,13 +10,13 @@
 #include "app/dialogs/Dialogs.h"
 #include "app/gif/GifInfoText.h"
 #include "app/gif/SizeEstimate.h"
+#include "app/gif/StaleNote.h"
 #include "app/session/FileCommands.h"
 #include "app/session/Session.h"
 #include "app/session/TimeLeft.h"
 #include "imaging/files/FileName.h"
 #include "project/ExportRequest.h"
 #include "project/Project.h"
-#include "settings/SettingsRecords.h"
 #include "ui_MainWindow.h"
 
 namespace lumirra {
@@ -60,6 +60,7 @@ void ForgetMissing(std::vector<FrameInput>& frames) {
 /// What a run works on and what came of it. The worker has it until the run has ended.
 struct GifController::Run {
     GifRequest request;
+    GifRequest content;                         ///< of the frames and settings as they were
     std::optional<Outcome<GifResult>> outcome;  ///< absent: stopped before anything was written
     QElapsedTimer clock;                        ///< since the writing began
 };
@@ -71,20 +72,31 @@ GifController::GifController(const Project& project, Session& session, Dialogs& 
       dialogs_(dialogs),
       ui_(ui),
       previewFile_(std::move(previewFile)),
-      sizeEstimate_(std::make_unique<SizeEstimate>(*ui.labelSizeEstimate)) {
+      sizeEstimate_(std::make_unique<SizeEstimate>(*ui.labelSizeEstimate)),
+      staleNote_(std::make_unique<StaleNote>(*ui.labelGifStale)) {
     ui_.progressGifPreview->Stop();
     ShowPlaying(false);
     connect(ui_.gifPreview, &GifView::InfoKnown, this, [this](const GifInfo& info) {
         ui_.labelGifInfo->setText(GifInfoText(info, leftOutFrames_));
+        ui_.labelGifRepeats->setText(GifRepeatText(info));
+        session_.SetGifEnds(!ui_.labelGifRepeats->text().isEmpty());
     });
-    connect(&project, &Project::Changed, this, [this](ProjectChanges what) {
-        if (what & (ProjectChange::Frames | ProjectChange::Settings)) {
-            sizeEstimate_->Follow(RequestOf(project_.State(), {}));
-        }
-    });
+    connect(&project, &Project::Changed, this, &GifController::FollowProject);
 }
 
 GifController::~GifController() = default;
+
+/// Most settings are none of the GIF's.
+void GifController::FollowProject(ProjectChanges what) {
+    const OutputSettings output = OutputSettingsOf(project_.Values());
+    if (!(what & ProjectChange::Frames) && output == output_) {
+        return;
+    }
+    output_ = output;
+    const GifRequest request = ContentRequest(RequestOf(project_.State(), {}));
+    staleNote_->Follow(request);
+    sizeEstimate_->Follow(request);
+}
 
 void GifController::GeneratePreview() {
     if (project_.State().frames.Count() == 0) {
@@ -100,6 +112,7 @@ void GifController::GeneratePreview() {
     session_.SetLocked(true);
     const auto run = std::make_shared<Run>();
     run->request = RequestOf(project_.State(), previewFile_);
+    run->content = ContentRequest(run->request);
     ForgetMissing(run->request.frames);
     TellIfMissing(previewFile_);
     const quint64 generation = ++generations_;
@@ -176,6 +189,8 @@ void GifController::Finish(const Run& run) {
         leftOutFrames_ = static_cast<int>(outcome->leftOut.size());
         ui_.gifPreview->setText(tr("The GIF can no longer be read"));
         ui_.gifPreview->SetFile(run.request.destination);
+        staleNote_->ShowMadeOf(run.content);
+        session_.SetHasGif(true);
         return;
     }
     // An older GIF must not pass for this one.
@@ -195,12 +210,16 @@ void GifController::Empty(const QString& words) {
     ui_.gifPreview->SetFile(QString());
     ui_.gifPreview->setText(words);
     ui_.labelGifInfo->clear();
+    staleNote_->Clear();
+    session_.SetHasGif(false);
+    session_.SetGifEnds(false);
     ShowPlaying(false);
 }
 
 void GifController::ShowPlaying(bool playing) {
     ui_.buttonPlayStopPreview->setText(playing ? tr("Stop") : tr("Play"));
     ui_.buttonPlayStopPreview->setAccessibleName(playing ? tr("Stop the GIF") : tr("Play the GIF"));
+    ui_.actionPlayStopPreview->setText(playing ? tr("Sto&p GIF") : tr("&Play GIF"));
 }
 
 void GifController::PlayStopPreview() {
@@ -212,6 +231,15 @@ void GifController::PlayStopPreview() {
         ResetPlay();
         return;
     }
+    Play();
+}
+
+void GifController::PlayAgain() {
+    ResetPlay();
+    Play();
+}
+
+void GifController::Play() {
     if (OutputSettingsOf(project_.Values()).loopCount > 0) {
         Q_EMIT PlayingWithLoopCount();
     }

@@ -5,6 +5,7 @@
 
 #include "output/GifWriter.h"
 #include "project/Edit.h"
+#include "settings/SettingsRecords.h"
 
 namespace Ui {
 class MainWindow;
@@ -13,12 +14,14 @@ class MainWindow;
 namespace lumirra {
 
 class Dialogs;
+class StaleNote;
 class Project;
 class Session;
 class SizeEstimate;
 
 /// The GIF of the frames: generated in the background, shown and played; at rest a line says about
-/// how large it will be. Main thread.
+/// how large it will be, a note that the
+/// one shown is an old one. Main thread.
 class GifController : public QObject {
     Q_OBJECT
 
@@ -32,6 +35,8 @@ class GifController : public QObject {
 
     void GeneratePreview();
     void PlayStopPreview();
+    /// From the first picture, whether it plays or not.
+    void PlayAgain();
     /// Still, at the first picture.
     void ResetPlay();
     /// As at the start: nothing was generated yet. A question that still stands is void.
@@ -44,6 +49,8 @@ class GifController : public QObject {
   private:
     struct Run;
 
+    void FollowProject(ProjectChanges what);
+    void Play();
     void Start(const std::shared_ptr<Run>& run);
     void ShowWritingProgress(int done, int total, int frames, qint64 elapsed);
     void Finish(const Run& run);
@@ -57,6 +64,8 @@ class GifController : public QObject {
     Ui::MainWindow& ui_;
     QString previewFile_;
     std::unique_ptr<SizeEstimate> sizeEstimate_;
+    std::unique_ptr<StaleNote> staleNote_;
+    OutputSettings output_;    ///< last looked at
     int leftOutFrames_ = 0;    ///< of the GIF shown
     quint64 generations_ = 0;  ///< asked for or made void
 };

@@ -41,4 +41,12 @@ QString GifInfoText(const GifInfo& info, int leftOut) {
     return parts.join(QStringLiteral(" · "));
 }
 
+QString GifRepeatText(const GifInfo& info) {
+    if (info.frames < 2 || info.repeats == 0) {
+        return {};
+    }
+    return info.repeats ? Translated("Plays %1 times").arg(*info.repeats + 1)
+                        : Translated("Plays once");
+}
+
 }  // namespace lumirra

@@ -10,4 +10,7 @@ namespace lumirra {
 /// it.
 QString GifInfoText(const GifInfo& info, int leftOut);
 
+/// "Plays once", "Plays 3 times": of an animation that comes to an end; else empty.
+QString GifRepeatText(const GifInfo& info);
+
 }  // namespace lumirra

@@ -33,6 +33,10 @@ void KeepRateChoice(const char* choice) {
 
 }  // namespace
 
+QString ProposedGifName() {
+    return QStringLiteral("videoGif.gif");
+}
+
 SaveController::SaveController(Dialogs& dialogs, Ui::MainWindow& ui, QString previewFile,
                                QUrl store)
     : dialogs_(dialogs), ui_(ui), previewFile_(std::move(previewFile)), store_(std::move(store)) {}
@@ -42,8 +46,8 @@ void SaveController::SaveGif() {
         dialogs_.Report(tr("Please generate a GIF first."));
         return;
     }
-    const std::optional<QString> chosen = dialogs_.SaveFile(
-        {tr("Save GIF"), tr("GIF pictures"), kExtension, QStringLiteral("videoGif.gif")});
+    const std::optional<QString> chosen =
+        dialogs_.SaveFile({tr("Save GIF"), tr("GIF pictures"), kExtension, ProposedGifName()});
     if (!chosen || chosen->isEmpty()) {
         return;
     }

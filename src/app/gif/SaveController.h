@@ -11,6 +11,9 @@ namespace lumirra {
 
 class Dialogs;
 
+/// What a GIF is called as long as nobody has given it a name.
+QString ProposedGifName();
+
 /// Saves the GIF that was generated, and asks for a rating now and then. Main thread.
 class SaveController : public QObject {
     Q_OBJECT

@@ -20,4 +20,16 @@ void Session::SetPlaying(bool playing) {
     }
 }
 
+void Session::SetHasGif(bool hasGif) {
+    if (std::exchange(hasGif_, hasGif) != hasGif) {
+        Q_EMIT Changed();
+    }
+}
+
+void Session::SetGifEnds(bool ends) {
+    if (std::exchange(gifEnds_, ends) != ends) {
+        Q_EMIT Changed();
+    }
+}
+
 }  // namespace lumirra

@@ -25,6 +25,13 @@ class Session : public QObject {
     bool IsPlaying() const { return playing_; }
     void SetPlaying(bool playing);
 
+    /// A GIF was made and is shown.
+    bool HasGif() const { return hasGif_; }
+    void SetHasGif(bool hasGif);
+    /// It is known not to be repeated for ever.
+    bool GifEnds() const { return gifEnds_; }
+    void SetGifEnds(bool ends);
+
     /// A render of the picture shown runs (`updating`).
     bool IsUpdating() const { return updating_; }
     void SetUpdating(bool updating) { updating_ = updating; }
@@ -34,13 +41,15 @@ class Session : public QObject {
     void SetCommandIsPressed(bool pressed) { commandIsPressed_ = pressed; }
 
   Q_SIGNALS:
-    /// Locked or playing.
+    /// Locked, playing, or what is known of the GIF.
     void Changed();
 
   private:
     BackgroundJob job_;
     bool locked_ = false;
     bool playing_ = false;
+    bool hasGif_ = false;
+    bool gifEnds_ = false;
     bool updating_ = false;
     bool commandIsPressed_ = false;
 };

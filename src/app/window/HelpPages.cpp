@@ -78,7 +78,9 @@ std::vector<ShortcutRow> ShortcutRows() {
             {"Ctrl+Shift+O", "Open pictures"},
             {"Ctrl+L", "Load a profile"},
             {"Ctrl+S, Ctrl+Shift+S", "Save the profile, or save it under another name"},
-            {"Ctrl+E", "Save the GIF"},
+            {"Ctrl+G", "Generate the GIF"},
+            {"Ctrl+P, Ctrl+Shift+P", "Play or stop the GIF, or play it again"},
+            {"Ctrl+E, Ctrl+Shift+C", "Save the GIF, or copy it"},
             {"Ctrl++, Ctrl+-, Ctrl+0", "Zoom in, out, fit"},
             {"F1", "How to make a GIF from a video"},
             {"Ctrl+Q", "Quit"}};

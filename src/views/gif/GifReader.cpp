@@ -102,6 +102,7 @@ void GifReader::Look(const std::stop_token& stop) {
         info.milliseconds += PlayedMilliseconds(*delay);
         info.slowed = info.slowed || PlayedMilliseconds(*delay) != *delay * 10;
     }
+    info.repeats = blocks.Repeats();
     if (info.frames > 0 && !stop.stop_requested()) {
         Q_EMIT InfoKnown(info);
     }

@@ -25,7 +25,8 @@ struct GifInfo {
     QSize size;
     qint64 milliseconds = 0;  ///< of one pass, as played
     qint64 bytes = 0;
-    bool slowed = false;  ///< some picture is to be shown shorter than viewers do
+    bool slowed = false;              ///< some picture is to be shown shorter than viewers do
+    std::optional<int> repeats = {};  ///< absent: played once; 0: for ever
 
     friend bool operator==(const GifInfo&, const GifInfo&) = default;
 };

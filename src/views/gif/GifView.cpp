@@ -1,7 +1,9 @@
 #include "views/gif/GifView.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
+#include <utility>
 
 #include "views/Checkerboard.h"
 #include "views/panel/EmptyState.h"
@@ -189,8 +191,22 @@ void GifView::keyPressEvent(QKeyEvent* event) {
     }
 }
 
+void GifView::mousePressEvent(QMouseEvent* event) {
+    if (shown_ && event->button() == Qt::LeftButton) {
+        pressed_ = event->position();
+    }
+}
+
+void GifView::mouseMoveEvent(QMouseEvent* event) {
+    if (pressed_ &&
+        (event->position() - *pressed_).manhattanLength() >= QApplication::startDragDistance()) {
+        pressed_.reset();
+        Q_EMIT DragRequested();
+    }
+}
+
 void GifView::mouseReleaseEvent(QMouseEvent* event) {
-    if (shown_ && event->button() == Qt::LeftButton &&
+    if (event->button() == Qt::LeftButton && std::exchange(pressed_, std::nullopt) && shown_ &&
         rect().contains(event->position().toPoint())) {
         Q_EMIT PlayStopRequested();
     }

@@ -14,7 +14,7 @@ namespace lumirra {
 /// Shows a GIF file: its first picture when still, all of them with the file's own delays and
 /// repeat count when it is played. As large as fits, on a checkerboard where it is transparent. A
 /// file that is missing or damaged shows what can be read of it, at the least nothing. On a
-/// picture, Space, Enter and a click ask for play or stop.
+/// picture, Space, Enter and a click ask for play or stop, and a drag for the file.
 class GifView : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QString text READ text WRITE setText)
@@ -58,11 +58,15 @@ class GifView : public QWidget {
     /// The first picture of a file is shown, or it turned out that there is none.
     void Loaded();
     void PlayStopRequested();
+    /// The picture is being dragged out of the view.
+    void DragRequested();
 
   protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -83,6 +87,7 @@ class GifView : public QWidget {
     bool awaitingFirst_ = false;
     bool animating_ = false;
     int shownPictures_ = 0;
+    std::optional<QPointF> pressed_;  ///< where the button went down that may become a drag
     GifClock clock_;
     QElapsedTimer now_;
     QTimer timer_;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QBuffer>
 #include <QFile>
 #include <QProcess>
@@ -137,8 +138,13 @@ TEST_F(GifViewTest, StillShowsTheFirstPictureAndWhatThereIsToSay) {
     EXPECT_FALSE(view.IsAnimating());
     EXPECT_EQ(ColorShown(), 1);
     ASSERT_TRUE(QTest::qWaitFor([&] { return info.count() == 1; }));
-    const GifInfo expected{3, {64, 48}, 100 + 100 + 250, bytes.size(), true};
+    GifInfo expected{3, {64, 48}, 100 + 100 + 250, bytes.size(), true};
     EXPECT_EQ(info.at(0).at(0).value<GifInfo>(), expected);
+    Show(Write("b.gif", GifBytes(64, 48, 7, WholePictures(64, 48, {1, 0, 25}))));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return info.count() == 2; }));
+    expected.bytes = QFile(folder.filePath(QStringLiteral("b.gif"))).size();
+    expected.repeats = 7;
+    EXPECT_EQ(info.at(1).at(0).value<GifInfo>(), expected);
 
     view.SetFile(QString());
     EXPECT_EQ(ColorShown(), 0);
@@ -248,6 +254,18 @@ TEST_F(GifViewTest, SpaceEnterAndAClickAskForPlay) {
     QTest::keyClick(&view, Qt::Key_P);
     QTest::mouseClick(&view, Qt::LeftButton);
     EXPECT_EQ(asked.count(), 3);
+
+    QSignalSpy dragged(&view, &GifView::DragRequested);
+    const QPoint from = view.rect().center();
+    const QPoint to = from + QPoint(QApplication::startDragDistance(), 0);
+    QTest::mousePress(&view, Qt::LeftButton, {}, from);
+    QTest::mouseMove(&view, from + QPoint(1, 0));
+    EXPECT_EQ(dragged.count(), 0);
+    QTest::mouseMove(&view, to);
+    QTest::mouseMove(&view, to + QPoint(5, 5));
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, to);
+    EXPECT_EQ(dragged.count(), 1);
+    EXPECT_EQ(asked.count(), 3) << "a drag is no click";
 }
 
 /// All pictures of a file in one pass, as the reader gives them.
