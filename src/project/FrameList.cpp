@@ -100,12 +100,75 @@ void FrameList::Reverse(const QList<int>& indices) {
 
 void FrameList::Insert(int index, const QList<Frame>& frames) {
     const int at = std::clamp(index, 0, Count());
+    frames_ = frames_.first(at) + frames + frames_.sliced(at);
     selected_.clear();
-    for (qsizetype i = 0; i < frames.size(); ++i) {
-        frames_.insert(at + i, frames[i]);
-        selected_.append(frames[i].id);
+    for (const Frame& frame : frames) {
+        selected_.append(frame.id);
     }
     tag_ = frames.isEmpty() ? -1 : at;
+}
+
+void FrameList::Remove(const QList<int>& indices) {
+    QSet<FrameId> gone;
+    int tag = tag_;
+    for (const int index : indices) {
+        gone.insert(frames_.at(index).id);
+        tag -= index < tag_ ? 1 : 0;
+    }
+    frames_.removeIf([&](const Frame& frame) { return gone.contains(frame.id); });
+    selected_.removeIf([&](FrameId id) { return gone.contains(id); });
+    tag_ = std::min(tag, Count() - 1);
+}
+
+void FrameList::SetDelay(int index, std::optional<int> hundredths) {
+    frames_[index].delay = hundredths;
+}
+
+void FrameList::MoveSelectedTo(int index) {
+    const FrameId tagged = TaggedId();
+    const QSet<FrameId> ids(selected_.cbegin(), selected_.cend());
+    QList<Frame> front;
+    QList<Frame> moved;
+    QList<Frame> back;
+    for (int i = 0; i < Count(); ++i) {
+        const Frame& frame = frames_.at(i);
+        (ids.contains(frame.id) ? moved : i < index ? front : back).append(frame);
+    }
+    frames_ = front + moved + back;
+    TagFrame(tagged);
+}
+
+void FrameList::MoveSelectedUp() {
+    const FrameId tagged = TaggedId();
+    int free = 0;  // the first place that no selected frame keeps
+    const QList<int> chosen = Chosen(1);
+    for (const int index : chosen) {
+        if (index > free) {
+            frames_.swapItemsAt(index - 1, index);
+        }
+        free = std::max(index, free + 1);
+    }
+    TagFrame(tagged);
+}
+
+void FrameList::MoveSelectedDown() {
+    const FrameId tagged = TaggedId();
+    int free = Count() - 1;
+    const QList<int> chosen = Chosen(1);
+    for (qsizetype i = chosen.size(); i-- > 0;) {
+        if (chosen[i] < free) {
+            frames_.swapItemsAt(chosen[i], chosen[i] + 1);
+        }
+        free = std::min(chosen[i], free - 1);
+    }
+    TagFrame(tagged);
+}
+
+void FrameList::TagFrame(FrameId id) {
+    tag_ = -1;
+    for (int i = 0; i < Count() && id != 0 && tag_ < 0; ++i) {
+        tag_ = frames_.at(i).id == id ? i : -1;
+    }
 }
 
 void FrameList::RemoveAll() {

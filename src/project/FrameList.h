@@ -3,6 +3,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 #include "project/Frame.h"
 
@@ -57,6 +58,19 @@ class FrameList {
     void Reverse(const QList<int>& indices);
     /// In front of the frame with that index, or at the end; they become the selection.
     void Insert(int index, const QList<Frame>& frames);
+    /// Takes out the frames at these ascending indices, of the selection too. The frame last
+    /// clicked stays that, or the one after it becomes it.
+    void Remove(const QList<int>& indices);
+    /// Absent: it follows the setting.
+    void SetDelay(int index, std::optional<int> hundredths);
+
+    /// The selected frames together, in their order, in front of the frame with that index, or at
+    /// the end.
+    void MoveSelectedTo(int index);
+    /// Each selected frame one place towards the start or the end, as far as it does not overtake
+    /// another one.
+    void MoveSelectedUp();
+    void MoveSelectedDown();
 
     /// Move the frame last clicked one place; false when there is none or it is at the end already.
     bool MoveUp() { return Swap(tag_ - 1, tag_, tag_ - 1); }
@@ -67,6 +81,8 @@ class FrameList {
   private:
     bool HasTag() const { return tag_ >= 0 && tag_ < Count(); }
     bool Swap(int first, int second, int tagAfterwards);
+    FrameId TaggedId() const { return HasTag() ? frames_.at(tag_).id : 0; }
+    void TagFrame(FrameId id);
 
     QList<Frame> frames_;
     QList<FrameId> selected_;

@@ -185,6 +185,7 @@ TEST_F(ProjectTest, AnySequenceOfEditsCanBeWalkedBackAndForth) {
     std::mt19937 random(7);
     const auto pick = [&](int below) { return static_cast<int>(random() % unsigned(below)); };
     std::vector<Document> states{project.State()};
+    QList<Frame> copied;
     std::size_t now = 0;
     for (int round = 0; round < 600; ++round) {
         const bool back = pick(3) == 0;
@@ -201,7 +202,7 @@ TEST_F(ProjectTest, AnySequenceOfEditsCanBeWalkedBackAndForth) {
                 states[now].frames = project.State().frames;
             }
             const Document before = project.State();
-            switch (pick(6)) {
+            switch (pick(11)) {
                 case 0:
                     AddFrames(1 + pick(2));
                     break;
@@ -216,6 +217,25 @@ TEST_F(ProjectTest, AnySequenceOfEditsCanBeWalkedBackAndForth) {
                     break;
                 case 4:
                     Set(Control::TextFieldText, QString::number(pick(5)));
+                    break;
+                case 5:
+                    project.Apply(edits::MoveFramesTo(project.State(), pick(count + 1)));
+                    break;
+                case 6:
+                    project.Apply(edits::SetFrameDelay(project.State(), 1 + pick(3)));
+                    break;
+                case 7:
+                    copied = project.State().frames.Frames().mid(0, pick(3));
+                    project.Apply(edits::CutFrames(project.State()));
+                    break;
+                case 8:
+                    for (Frame& frame : copied) {
+                        frame = store.Duplicate(frame);
+                    }
+                    project.Apply(edits::PasteFrames(project.State(), copied));
+                    break;
+                case 9:
+                    project.Apply(edits::KeepEveryNth(project.State(), 1 + pick(3)));
                     break;
                 default:
                     project.Apply(edits::ResetSettings(project.State(), ResetGroup::Adjust));

@@ -1,6 +1,11 @@
 #include "project/edits/FrameEdits.h"
 
 #include <QCoreApplication>
+#include <vector>
+
+#include "output/AnimationRequest.h"
+#include "project/sequence/FrameSequence.h"
+#include "settings/SettingsRecords.h"
 
 namespace lumirra {
 namespace {
@@ -17,6 +22,39 @@ Edit Changed(QString label, const Document& document, Change change) {
         edit.after.frames.Refresh(false);
     }
     return edit;
+}
+
+/// `change` done to the list, whose selection it keeps or makes itself.
+template <typename Change>
+Edit Rearranged(QString label, const Document& document, Change change) {
+    Edit edit{.label = std::move(label), .after = document};
+    change(edit.after.frames);
+    return edit;
+}
+
+/// The setting's delay, in hundredths.
+int CommonDelay(const Document& document) {
+    return DelayHundredths(OutputSettingsOf(document.settings.values).delaySeconds);
+}
+
+FrameSequence SequenceOf(const FrameList& list, const QList<int>& indices) {
+    FrameSequence sequence;
+    for (const int index : indices) {
+        sequence.push_back({index, list.At(index).delay});
+    }
+    return sequence;
+}
+
+/// The indices cut where one of the list is left out.
+std::vector<QList<int>> RunsOf(const QList<int>& ascending) {
+    std::vector<QList<int>> runs;
+    for (const int index : ascending) {
+        if (runs.empty() || runs.back().last() + 1 != index) {
+            runs.emplace_back();
+        }
+        runs.back().append(index);
+    }
+    return runs;
 }
 
 }  // namespace
@@ -88,6 +126,106 @@ Edit edits::MoveFrameUp(const Document& document) {
 Edit edits::MoveFrameDown(const Document& document) {
     return Changed(Label("Move Frame Down"), document,
                    [](FrameList& list) { return list.MoveDown(); });
+}
+
+Edit edits::MoveFramesTo(const Document& document, int index) {
+    return Rearranged(Label("Move Frames"), document,
+                      [&](FrameList& list) { list.MoveSelectedTo(index); });
+}
+
+Edit edits::MoveFramesUp(const Document& document) {
+    return Rearranged(Label("Move Frames Up"), document, [&](FrameList& list) {
+        if (!list.SelectedIds().isEmpty()) {
+            list.MoveSelectedUp();
+        }
+    });
+}
+
+Edit edits::MoveFramesDown(const Document& document) {
+    return Rearranged(Label("Move Frames Down"), document, [&](FrameList& list) {
+        if (!list.SelectedIds().isEmpty()) {
+            list.MoveSelectedDown();
+        }
+    });
+}
+
+Edit edits::CutFrames(const Document& document) {
+    Edit edit = RemoveSelectedFrames(document);
+    edit.label = Label("Cut Frames");
+    return edit;
+}
+
+Edit edits::PasteFrames(const Document& document, const QList<Frame>& frames) {
+    return Rearranged(Label("Paste Frames"), document, [&](FrameList& list) {
+        if (!frames.isEmpty()) {
+            const bool atEnd = list.SelectedIds().isEmpty();
+            list.Insert(atEnd ? list.Count() : list.Chosen(1).last() + 1, frames);
+        }
+    });
+}
+
+Edit edits::SetFrameDelay(const Document& document, std::optional<int> hundredths) {
+    return Rearranged(Label("Frame Delay"), document, [&](FrameList& list) {
+        const QList<int> chosen = list.Chosen(1);
+        for (const int index : chosen) {
+            list.SetDelay(index, hundredths);
+        }
+    });
+}
+
+Outcome<Edit> edits::ChangeSpeed(const Document& document, double factor) {
+    const auto retimed = AtSpeed(SequenceOf(document.frames, document.frames.Chosen(1)), factor,
+                                 CommonDelay(document));
+    if (!retimed) {
+        return retimed.failure();
+    }
+    return Rearranged(Label("Change Speed"), document, [&](FrameList& list) {
+        for (const ShownFrame& frame : *retimed) {
+            list.SetDelay(frame.frame, frame.delay);
+        }
+    });
+}
+
+Edit edits::KeepEveryNth(const Document& document, int step) {
+    return Rearranged(Label("Keep Every n-th Frame"), document, [&](FrameList& list) {
+        const QList<int> chosen = list.Chosen(2);
+        QList<int> gone;
+        for (qsizetype i = 0; i < chosen.size(); ++i) {
+            if (i % step != 0) {
+                gone.append(chosen[i]);
+            }
+        }
+        list.Remove(gone);
+    });
+}
+
+Edit edits::RemoveNearDuplicates(const Document& document,
+                                 const QHash<FrameId, PictureSignature>& pictures,
+                                 double threshold) {
+    return Rearranged(Label("Remove Near-Duplicates"), document, [&](FrameList& list) {
+        QList<int> gone;
+        for (const QList<int>& run : RunsOf(list.Chosen(2))) {
+            std::vector<PictureSignature> looks;
+            for (const int index : run) {
+                looks.push_back(pictures.value(list.At(index).id));
+            }
+            const std::vector<int> kept = WithoutNearDuplicates(looks, threshold);
+            for (const ShownFrame& frame :
+                 KeepingTime(SequenceOf(list, run), kept, CommonDelay(document))) {
+                list.SetDelay(frame.frame, frame.delay);
+            }
+            std::vector<bool> stays(looks.size());
+            for (const int index : kept) {
+                stays[static_cast<std::size_t>(index)] = true;
+            }
+            for (std::size_t i = 0; i < stays.size(); ++i) {
+                if (!stays[i]) {
+                    gone.append(run[static_cast<qsizetype>(i)]);
+                }
+            }
+        }
+        list.Remove(gone);
+    });
 }
 
 Document WithFrameClicked(Document document, int index, bool commandHeld) {

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <functional>
+#include <optional>
 
+#include "imaging/Outcome.h"
 #include "project/Edit.h"
+#include "project/sequence/PictureSignature.h"
 
 namespace lumirra::edits {
 
@@ -28,6 +32,34 @@ Edit DuplicateFrames(const Document& document, const std::function<Frame(const F
 /// list or when none was clicked.
 Edit MoveFrameUp(const Document& document);
 Edit MoveFrameDown(const Document& document);
+
+/// The selected frames together, in their order, in front of the frame with that index, or at the
+/// end.
+Edit MoveFramesTo(const Document& document, int index);
+/// Each selected frame one place on; those at the end of the list already stay.
+Edit MoveFramesUp(const Document& document);
+Edit MoveFramesDown(const Document& document);
+
+/// Removes the selected frames.
+Edit CutFrames(const Document& document);
+/// Behind the last selected frame, or at the end; they become the selection.
+Edit PasteFrames(const Document& document, const QList<Frame>& frames);
+
+/// How long each of the selected frames, or of all when none is selected, is shown; absent: it
+/// follows the setting.
+Edit SetFrameDelay(const Document& document, std::optional<int> hundredths);
+/// Those frames `factor` times as fast, so that every running sum of their delays is right within
+/// half a hundredth. Fails as `AtSpeed` does.
+Outcome<Edit> ChangeSpeed(const Document& document, double factor);
+
+/// Of the selected frames, or of all when fewer than two are selected, the first and every
+/// `step`-th after it stay, with the delays they have.
+Edit KeepEveryNth(const Document& document, int step);
+/// Of those frames each that differs from the one before it that stays by no more than `threshold`
+/// levels goes; the one that stays is shown as much longer. What stands between selected frames
+/// parts them. `pictures`: what the frames look like; one that is not in it stays.
+Edit RemoveNearDuplicates(const Document& document,
+                          const QHash<FrameId, PictureSignature>& pictures, double threshold);
 
 }  // namespace lumirra::edits
 
