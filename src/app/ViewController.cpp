@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QMenu>
+#include <optional>
 
 #include "app/actions/CommandActions.h"
 #include "app/actions/WindowStateView.h"
@@ -10,6 +12,9 @@
 #include "app/frames/CaptureController.h"
 #include "app/frames/ExtractionController.h"
 #include "app/frames/FrameListController.h"
+#include "app/frames/FrameThinningController.h"
+#include "app/frames/FrameTimingController.h"
+#include "app/frames/ShownFrameController.h"
 #include "app/gif/GifController.h"
 #include "app/gif/SaveController.h"
 #include "app/gif/ShareController.h"
@@ -62,6 +67,9 @@ void ViewController::MakeControllers(Dialogs& dialogs, const QUrl& store) {
         std::make_unique<CaptureController>(project_, session_, dialogs, *ui_.imageViewVideo);
     extraction_ = std::make_unique<ExtractionController>(project_, session_, dialogs, ui_);
     frames_ = std::make_unique<FrameListController>(project_, session_, dialogs, ui_);
+    timing_ = std::make_unique<FrameTimingController>(project_, dialogs, ui_);
+    thinning_ = std::make_unique<FrameThinningController>(project_, dialogs, *this);
+    shownFrame_ = std::make_unique<ShownFrameController>(project_, session_, ui_);
     gif_ = std::make_unique<GifController>(project_, session_, dialogs, ui_, previewFile_);
     save_ = std::make_unique<SaveController>(dialogs, ui_, previewFile_, store);
     share_ = std::make_unique<ShareController>(dialogs, *ui_.gifPreview, previewFile_);
@@ -79,6 +87,10 @@ void ViewController::ConnectControllers() {
             &ViewController::UpdateVideoPreview);
     connect(ui_.gifPreview, &GifView::PlayStopRequested, this,
             [this] { actions_->Trigger(Command::PlayStopPreview); });
+    connect(ui_.scrollViewFrames, &ScrollViewFrames::FrameOpened, this,
+            [this] { actions_->Trigger(Command::GoToSource); });
+    connect(ui_.scrollViewFrames, &ScrollViewFrames::MenuWanted, this,
+            &ViewController::ShowFrameMenu);
     connect(lifecycle_.get(), &LifecycleController::Leaving, this, &ViewController::LeaveProject);
 }
 
@@ -88,6 +100,47 @@ void ViewController::DimPanelButtons() {
          {ui_.buttonZoomIn, ui_.buttonZoomOut, ui_.buttonResetZoom, ui_.buttonCloseVideo,
           ui_.buttonPlayVideo, ui_.buttonPreviousImage, ui_.buttonNextImage}) {
         button->setProperty("quiet", true);
+    }
+}
+
+void ViewController::ShowFrameMenu(const QPoint& where) {
+    static constexpr std::optional<Command> kSeparator;
+    static constexpr std::optional<Command> kEntries[] = {Command::CutFrames,
+                                                          Command::CopyFrames,
+                                                          Command::PasteFrames,
+                                                          Command::DuplicateFrames,
+                                                          Command::RemoveSelectedFrame,
+                                                          Command::SelectAllFrames,
+                                                          kSeparator,
+                                                          Command::MoveFramesUp,
+                                                          Command::MoveFramesDown,
+                                                          Command::ReverseFrames,
+                                                          Command::ForthAndBack,
+                                                          kSeparator,
+                                                          Command::FrameDelay,
+                                                          Command::ChangeSpeed,
+                                                          Command::KeepEveryNth,
+                                                          Command::RemoveNearDuplicates,
+                                                          kSeparator,
+                                                          Command::ShowFrame,
+                                                          Command::GoToSource};
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setObjectName(QStringLiteral("menuFrame"));
+    for (const std::optional<Command>& entry : kEntries) {
+        if (entry) {
+            menu->addAction(&actions_->Of(*entry));
+        } else {
+            menu->addSeparator();
+        }
+    }
+    menu->popup(where);
+}
+
+void ViewController::GoToSource() {
+    const FrameList& frames = project_.State().frames;
+    if (frames.CanMove()) {
+        source_->GoToPlaceOf(frames.At(frames.Chosen(1).first()));
     }
 }
 
@@ -144,6 +197,7 @@ void ViewController::LeaveProject() {
 }
 
 void ViewController::CleanTemporaryFiles() {
+    session_.SetCopiedFrames({});
     project_.Discard();
     RemoveFile(previewFile_);
 }

@@ -18,6 +18,8 @@ class CommandActions;
 class Dialogs;
 class ExtractionController;
 class FrameListController;
+class FrameThinningController;
+class FrameTimingController;
 class GifController;
 class LifecycleController;
 class PlaybackController;
@@ -26,6 +28,7 @@ class ProfileController;
 class SaveController;
 class SettingsController;
 class ShareController;
+class ShownFrameController;
 class SourceController;
 class WindowStateView;
 
@@ -115,6 +118,8 @@ class ViewController : public MainWindow {
     void BindGifCommands();
     void BindResets();
     void DimPanelButtons();
+    void ShowFrameMenu(const QPoint& where);
+    void GoToSource();
     void Follow(ProjectChanges what);
     void ShowTitle();
     void ShowHistory();
@@ -137,6 +142,9 @@ class ViewController : public MainWindow {
     std::unique_ptr<CaptureController> capture_;
     std::unique_ptr<ExtractionController> extraction_;
     std::unique_ptr<FrameListController> frames_;
+    std::unique_ptr<FrameTimingController> timing_;
+    std::unique_ptr<FrameThinningController> thinning_;
+    std::unique_ptr<ShownFrameController> shownFrame_;
     std::unique_ptr<GifController> gif_;
     std::unique_ptr<SaveController> save_;
     std::unique_ptr<ShareController> share_;

@@ -2,6 +2,9 @@
 #include "app/actions/CommandActions.h"
 #include "app/controls/SettingsController.h"
 #include "app/frames/FrameListController.h"
+#include "app/frames/FrameThinningController.h"
+#include "app/frames/FrameTimingController.h"
+#include "app/frames/ShownFrameController.h"
 #include "app/gif/GifController.h"
 #include "app/gif/ShareController.h"
 #include "app/source/SourceController.h"
@@ -10,7 +13,10 @@
 namespace lumirra {
 
 void ViewController::BindProjectCommands() {
-    actions_->SetBeforeEach([this] { settings_->CommitTyping(); });
+    actions_->SetBeforeEach([this] {
+        settings_->CommitTyping();
+        timing_->CommitTyping();
+    });
     actions_->Bind(Command::New, [this] { OnFileNew(); });
     actions_->Bind(Command::Quit, [this] { OnAppQuit(); });
     actions_->Bind(Command::LoadProfile, [this] { OnLoadProfile(); });
@@ -47,6 +53,17 @@ void ViewController::BindFrameCommands() {
     actions_->Bind(Command::RemoveAllFrames, [this] { OnRemoveAllFrames(); });
     actions_->Bind(Command::MoveUp, [this] { OnMoveUp(); });
     actions_->Bind(Command::MoveDown, [this] { OnMoveDown(); });
+    actions_->Bind(Command::MoveFramesUp, [this] { frames_->MoveSelectedUp(); });
+    actions_->Bind(Command::MoveFramesDown, [this] { frames_->MoveSelectedDown(); });
+    actions_->Bind(Command::CutFrames, [this] { frames_->Cut(); });
+    actions_->Bind(Command::CopyFrames, [this] { frames_->Copy(); });
+    actions_->Bind(Command::PasteFrames, [this] { frames_->Paste(); });
+    actions_->Bind(Command::FrameDelay, [this] { timing_->EditDelay(); });
+    actions_->Bind(Command::ChangeSpeed, [this] { timing_->ChangeSpeed(); });
+    actions_->Bind(Command::KeepEveryNth, [this] { thinning_->KeepEveryNth(); });
+    actions_->Bind(Command::RemoveNearDuplicates, [this] { thinning_->RemoveNearDuplicates(); });
+    actions_->Bind(Command::ShowFrame, [this] { shownFrame_->ShowOrHide(); });
+    actions_->Bind(Command::GoToSource, [this] { GoToSource(); });
     actions_->Bind(Command::SelectAllFrames, [this] { frames_->SelectAll(); });
     actions_->Bind(Command::DuplicateFrames, [this] { frames_->Duplicate(); });
     actions_->Bind(Command::ReverseFrames, [this] { frames_->Reverse(); });

@@ -16,6 +16,7 @@ class ScriptedDialogs : public Dialogs {
     std::deque<Answer> answers;
     std::deque<std::optional<QStringList>> files;
     std::deque<std::optional<QString>> saves;
+    std::deque<std::optional<double>> numbers;
 
     /// Called while an alert stands, once.
     std::function<void()> whileAsked;
@@ -25,6 +26,7 @@ class ScriptedDialogs : public Dialogs {
     QList<OpenRequest> opened;
     QList<SaveRequest> saved;
     QList<QUrl> addresses;
+    QStringList numbersAsked;  ///< titles
 
     Answer ShowAlert(const QString& message, const QStringList& shown) override {
         messages.append(message);
@@ -44,6 +46,10 @@ class ScriptedDialogs : public Dialogs {
     std::optional<QString> SaveFile(const SaveRequest& request) override {
         saved.append(request);
         return Next(saves, std::optional<QString>());
+    }
+    std::optional<double> AskNumber(const NumberRequest& request) override {
+        numbersAsked.append(request.title);
+        return Next(numbers, std::optional<double>());
     }
     void OpenAddress(const QUrl& address) override { addresses.append(address); }
 

@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QPainter>
@@ -181,8 +182,96 @@ TEST_F(FrameStrip, MouseAndKeyboardSayWhichFrameIsMeant) {
     EXPECT_EQ(clicks.size(), 9);
 }
 
+TEST_F(FrameStrip, SelectedFramesAreDraggedBetweenOthers) {
+    QSignalSpy dragged(&strip, &ScrollViewFrames::FramesDragged);
+    strip.Rebuild(Thumbnails(10));
+    strip.ScrollTo(0);
+    strip.ShowSelection({true, true}, -1);
+    const auto mouse = [&](QEvent::Type type, const QPoint& at) {
+        const bool moves = type == QEvent::MouseMove;
+        QMouseEvent event(type, at, strip.viewport()->mapToGlobal(QPointF(at)),
+                          moves ? Qt::NoButton : Qt::LeftButton,
+                          type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, {});
+        QApplication::sendEvent(strip.viewport(), &event);
+    };
+    const QPoint below = Middle(1) + QPoint(0, 40);
+    mouse(QEvent::MouseButtonPress, Middle(0));
+    EXPECT_TRUE(clicks.isEmpty()) << "they may be about to be dragged";
+    mouse(QEvent::MouseMove, Middle(0) + QPoint(1, 1));
+    EXPECT_FALSE(strip.Insertion());
+    const QImage before = Look();
+    mouse(QEvent::MouseMove, below);
+    EXPECT_EQ(strip.Insertion(), 2);
+    const int gap = strip.CellRect(2).top() - 2;
+    EXPECT_NE(At(Look(), {90, gap}), At(before, {90, gap})) << "a line shows the place";
+    EXPECT_NE(At(Look(), Middle(0)), At(before, Middle(0))) << "and what is moved";
+    mouse(QEvent::MouseButtonRelease, below);
+    ASSERT_EQ(dragged.size(), 1);
+    EXPECT_EQ(dragged[0][0], 2);
+    EXPECT_TRUE(clicks.isEmpty());
+
+    mouse(QEvent::MouseButtonPress, Middle(0));
+    mouse(QEvent::MouseMove, {90, 399});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return strip.Insertion() == 10; }))
+        << "it scrolls to the end";
+    EXPECT_EQ(strip.Offset(), strip.Geometry().FurthestOffset());
+    mouse(QEvent::MouseMove, {90, -30});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return strip.Insertion() == 0; }));
+    Key(Qt::Key_Escape);
+    EXPECT_FALSE(strip.Insertion());
+    mouse(QEvent::MouseButtonRelease, below);
+    mouse(QEvent::MouseButtonPress, Middle(1));
+    mouse(QEvent::MouseMove, below);
+    strip.AllowDragging(false);
+    mouse(QEvent::MouseButtonRelease, below);
+    strip.AllowDragging(true);
+    mouse(QEvent::MouseButtonPress, Middle(1));
+    mouse(QEvent::MouseMove, below);
+    strip.Rebuild(Thumbnails(9));
+    mouse(QEvent::MouseButtonRelease, below);
+    EXPECT_EQ(dragged.size(), 1) << "none of these was brought to its end";
+    EXPECT_TRUE(clicks.isEmpty());
+
+    strip.ScrollTo(0);
+    strip.ShowSelection({true, true}, -1);
+    Click(1);
+    EXPECT_EQ(LastClicked(), 1) << "a click on one of several selected is one when it is let go";
+    strip.ShowSelection({}, -1);
+    mouse(QEvent::MouseButtonPress, Middle(0));
+    mouse(QEvent::MouseMove, below);
+    EXPECT_FALSE(strip.Insertion()) << "what is not selected stays";
+    mouse(QEvent::MouseButtonRelease, below);
+}
+
+TEST_F(FrameStrip, AFrameIsOpenedByTwoClicksAndHasAMenu) {
+    QSignalSpy opened(&strip, &ScrollViewFrames::FrameOpened);
+    QSignalSpy menus(&strip, &ScrollViewFrames::MenuWanted);
+    strip.Rebuild(Thumbnails(3));
+    strip.ScrollTo(0);
+    strip.ShowSelection({true, false, false}, -1);
+    QTest::mouseDClick(strip.viewport(), Qt::LeftButton, {}, Middle(1));
+    ASSERT_EQ(opened.size(), 1);
+    EXPECT_EQ(opened[0][0], 1);
+    QTest::mouseDClick(strip.viewport(), Qt::LeftButton, Qt::ShiftModifier, Middle(1));
+    EXPECT_EQ(opened.size(), 1);
+    clicks.clear();
+    const auto ask = [&](QContextMenuEvent::Reason reason, const QPoint& at) {
+        QContextMenuEvent event(reason, at, strip.viewport()->mapToGlobal(at));
+        QApplication::sendEvent(strip.viewport(), &event);
+    };
+    ask(QContextMenuEvent::Mouse, Middle(0));
+    EXPECT_TRUE(clicks.isEmpty()) << "of all that are selected";
+    ask(QContextMenuEvent::Mouse, Middle(1));
+    EXPECT_EQ(LastClicked(), 1);
+    ask(QContextMenuEvent::Keyboard, {});
+    ask(QContextMenuEvent::Mouse, {90, 399});
+    ASSERT_EQ(menus.size(), 3);
+    EXPECT_EQ(menus[2][0].toPoint(), strip.viewport()->mapToGlobal(Middle(1)));
+}
+
 TEST_F(FrameStrip, AssistiveTechnologySeesAListOfFrames) {
     strip.SetCaption([](int index) { return QString::number(index + 1); });
+    strip.SetBadge([](int index) { return index == 2 ? QStringLiteral("2 s") : QString(); });
     strip.Rebuild(Thumbnails(10));
     strip.ScrollTo(0);
     strip.ShowSelection({false, true}, 1);
@@ -191,6 +280,7 @@ TEST_F(FrameStrip, AssistiveTechnologySeesAListOfFrames) {
     ASSERT_EQ(list->childCount(), 10);
     QAccessibleInterface* frame = list->child(1);
     EXPECT_EQ(frame->text(QAccessible::Name), QStringLiteral("Frame 2"));
+    EXPECT_EQ(list->child(2)->text(QAccessible::Name), QStringLiteral("Frame 3, shown for 2 s"));
     EXPECT_TRUE(frame->state().selected);
     EXPECT_FALSE(frame->state().offscreen);
     EXPECT_TRUE(list->child(9)->state().offscreen);
@@ -200,6 +290,10 @@ TEST_F(FrameStrip, AssistiveTechnologySeesAListOfFrames) {
     EXPECT_EQ(list->childAt(middle.x(), middle.y()), frame);
     frame->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(LastClicked(), 1);
+    QSignalSpy menus(&strip, &ScrollViewFrames::MenuWanted);
+    list->child(2)->actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+    EXPECT_EQ(LastClicked(), 2);
+    EXPECT_EQ(menus.size(), 1);
     strip.Rebuild({});
     EXPECT_FALSE(frame->isValid());
     EXPECT_TRUE(frame->text(QAccessible::Name).isEmpty());

@@ -18,6 +18,17 @@ TEST(StripGeometry, CellsHitTestsAndHeights) {
     EXPECT_EQ(two.IndexAt(-1), -1);
 }
 
+TEST(StripGeometry, FramesGoToTheNearestGap) {
+    const StripGeometry five{5, 400};
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(five.InsertionAt(five.Cell(i).center().y() - 3), i);
+        EXPECT_EQ(five.InsertionAt(five.Cell(i).center().y() + 3), i + 1);
+        EXPECT_EQ(five.InsertionAt(five.InsertionY(i)), i);
+    }
+    EXPECT_EQ(five.InsertionAt(-500), 0);
+    EXPECT_EQ(five.InsertionAt(5000), 5);
+}
+
 TEST(StripGeometry, ScrollsAsTheListChanges) {
     const StripGeometry ten{10, 400};
     EXPECT_TRUE(ten.Scrolls());

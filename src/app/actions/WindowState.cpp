@@ -31,6 +31,7 @@ WindowFacts FactsOf(const Project& project, const Session& session) {
             .listedPictures = static_cast<int>(document.source.listImagePaths.size()),
             .frames = document.frames.Count(),
             .selectedFrames = static_cast<int>(document.frames.SelectedIds().size()),
+            .copiedFrames = static_cast<int>(session.CopiedFrames().size()),
             .playing = session.IsPlaying(),
             .locked = session.IsLocked(),
             .gif = session.HasGif(),
@@ -75,10 +76,20 @@ WidgetState StateOf(Command command, const WindowFacts& facts) {
         case Command::AddFramesAutomatically:
             return {(facts.video || facts.listedPictures >= 2) && !facts.locked};
         case Command::SelectAllFrames:
+        case Command::FrameDelay:
+        case Command::ChangeSpeed:
             return {facts.frames > 0 && !facts.locked};
         case Command::DuplicateFrames:
+        case Command::CutFrames:
+        case Command::CopyFrames:
+        case Command::MoveFramesUp:
+        case Command::MoveFramesDown:
             return {facts.selectedFrames > 0 && !facts.locked};
+        case Command::PasteFrames:
+            return {facts.copiedFrames > 0 && !facts.locked};
         case Command::ReverseFrames:
+        case Command::KeepEveryNth:
+        case Command::RemoveNearDuplicates:
             return {facts.frames > 1 && !facts.locked};
         case Command::ForthAndBack:
             return {facts.frames > 2 && !facts.locked};
@@ -88,6 +99,8 @@ WidgetState StateOf(Command command, const WindowFacts& facts) {
             return {facts.gif && !facts.locked};
         case Command::MoveUp:
         case Command::MoveDown:
+        case Command::ShowFrame:
+        case Command::GoToSource:
             return {facts.selectedFrames == 1 && !facts.locked};
         default:
             return {!facts.locked};

@@ -15,6 +15,7 @@ struct WindowFacts {
     int listedPictures = 0;  ///< of the list, whatever is open
     int frames = 0;
     int selectedFrames = 0;
+    int copiedFrames = 0;
     bool playing = false;
     bool locked = false;   ///< a long job runs
     bool gif = false;      ///< one is shown

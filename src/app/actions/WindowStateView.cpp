@@ -40,7 +40,7 @@ void WindowStateView::ReleaseFocus(const WindowFacts& facts) {
     const bool isControl =
         std::find(controls_.begin(), controls_.end(), focused) != controls_.end();
     if (focused != nullptr && focused != &window_ && focused->isEnabled() &&
-        (isControl || focused == ui_.sliderVideoPosition ||
+        (isControl || focused == ui_.sliderVideoPosition || focused == ui_.fieldFrameDelay ||
          actions_.ButtonsDisabledBy(facts).contains(focused))) {
         focusBeforeLock_ = focused;
         window_.setFocus();
@@ -57,6 +57,8 @@ void WindowStateView::ReturnFocus() {
 }
 
 void WindowStateView::ShowPanel(const WindowFacts& facts) {
+    ui_.fieldFrameDelay->setEnabled(facts.frames > 0 && !facts.locked);
+    ui_.scrollViewFrames->AllowDragging(!facts.locked);
     ui_.sliderVideoPosition->setEnabled(facts.video && !facts.locked);
     ui_.labelImageNumber->setVisible(facts.pictures && !facts.playing);
     ui_.labelGifRepeats->setVisible(facts.gifEnds);

@@ -36,6 +36,17 @@ class Dialogs {
     /// Absent: cancelled. The extension is appended when missing.
     virtual std::optional<QString> SaveFile(const SaveRequest& request) = 0;
 
+    struct NumberRequest {
+        QString title;
+        QString question;
+        double value = 1;  ///< offered at first
+        double minimum = 0;
+        double maximum = 1;
+        int decimals = 0;
+    };
+    /// Absent: cancelled.
+    virtual std::optional<double> AskNumber(const NumberRequest& request) = 0;
+
     /// Opens the address with the desktop's handler; the outcome is nobody's business.
     virtual void OpenAddress(const QUrl& address) = 0;
 

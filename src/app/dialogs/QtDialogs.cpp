@@ -4,6 +4,7 @@
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -72,6 +73,14 @@ std::optional<QString> QtDialogs::SaveFile(const SaveRequest& request) {
         }
     }
     return std::nullopt;
+}
+
+std::optional<double> QtDialogs::AskNumber(const NumberRequest& request) {
+    bool accepted = false;
+    const double number = QInputDialog::getDouble(QApplication::activeWindow(), request.title,
+                                                  request.question, request.value, request.minimum,
+                                                  request.maximum, request.decimals, &accepted);
+    return accepted ? std::optional(number) : std::nullopt;
 }
 
 void QtDialogs::OpenAddress(const QUrl& address) {

@@ -13,6 +13,7 @@ class QtDialogs : public Dialogs {
     Answer ShowAlert(const QString& message, const QStringList& buttons) override;
     std::optional<QStringList> OpenFiles(const OpenRequest& request) override;
     std::optional<QString> SaveFile(const SaveRequest& request) override;
+    std::optional<double> AskNumber(const NumberRequest& request) override;
     void OpenAddress(const QUrl& address) override;
 };
 

@@ -6,40 +6,25 @@
 
 #include "app/dialogs/Dialogs.h"
 #include "app/session/Session.h"
-#include "output/AnimationRequest.h"
 #include "project/FrameStore.h"
 #include "project/Project.h"
 #include "project/edits/FrameEdits.h"
-#include "settings/SettingsRecords.h"
 #include "ui_MainWindow.h"
-#include "views/gif/GifBlocks.h"
 
 namespace lumirra {
 
-FrameListController::FrameListController(Project& project, const Session& session, Dialogs& dialogs,
+FrameListController::FrameListController(Project& project, Session& session, Dialogs& dialogs,
                                          Ui::MainWindow& ui)
     : project_(project), session_(session), dialogs_(dialogs), ui_(ui) {
-    ui_.scrollViewFrames->SetCaption([this](int index) { return Caption(index); });
     connect(ui_.scrollViewFrames, &ScrollViewFrames::UpdateSelectionScrollViewFrames, this,
             &FrameListController::Click);
     connect(ui_.scrollViewFrames, &ScrollViewFrames::SelectionExtended, this,
             [this](int tag) { project_.Follow(WithSelectionTo(project_.State(), tag)); });
     connect(ui_.scrollViewFrames, &ScrollViewFrames::SelectionDropped, this,
             [this] { project_.Follow(WithNoneSelected(project_.State())); });
+    connect(ui_.scrollViewFrames, &ScrollViewFrames::FramesDragged, this,
+            [this](int index) { ApplyInView(edits::MoveFramesTo(project_.State(), index)); });
     connect(&project, &Project::Changed, this, &FrameListController::Follow);
-}
-
-/// The frame's number and when viewers show it.
-QString FrameListController::Caption(int index) const {
-    const int usual = DelayHundredths(OutputSettingsOf(project_.Values()).delaySeconds);
-    qint64 milliseconds = 0;
-    const QList<Frame>& frames = project_.State().frames.Frames();
-    for (int i = 0; i < index && i < frames.size(); ++i) {
-        milliseconds += PlayedMilliseconds(frames[i].delay.value_or(usual));
-    }
-    return tr("%1 · %2 s")
-        .arg(QString::number(index + 1),
-             QString::number(static_cast<double>(milliseconds) / 1000, 'f', 2));
 }
 
 void FrameListController::Follow(ProjectChanges what) {
@@ -93,7 +78,7 @@ void FrameListController::SelectAll() {
 }
 
 void FrameListController::Duplicate() {
-    project_.Apply(edits::DuplicateFrames(project_.State(), Copies()));
+    ApplyInView(edits::DuplicateFrames(project_.State(), Copies()));
 }
 
 void FrameListController::Reverse() {
@@ -101,7 +86,47 @@ void FrameListController::Reverse() {
 }
 
 void FrameListController::ForthAndBack() {
-    project_.Apply(edits::ForthAndBack(project_.State(), Copies()));
+    ApplyInView(edits::ForthAndBack(project_.State(), Copies()));
+}
+
+void FrameListController::MoveSelectedUp() {
+    ApplyInView(edits::MoveFramesUp(project_.State()));
+}
+
+void FrameListController::MoveSelectedDown() {
+    ApplyInView(edits::MoveFramesDown(project_.State()));
+}
+
+void FrameListController::Cut() {
+    Copy();
+    project_.Apply(edits::CutFrames(project_.State()));
+}
+
+void FrameListController::Copy() {
+    const FrameList& frames = project_.State().frames;
+    if (frames.SelectedIds().isEmpty()) {
+        return;
+    }
+    QList<Frame> copied;
+    const QList<int> chosen = frames.Chosen(1);
+    for (const int index : chosen) {
+        copied.append(frames.At(index));
+    }
+    session_.SetCopiedFrames(std::move(copied));
+}
+
+void FrameListController::Paste() {
+    QList<Frame> frames = session_.CopiedFrames();
+    for (Frame& frame : frames) {
+        frame = project_.Store().Duplicate(frame);
+    }
+    ApplyInView(edits::PasteFrames(project_.State(), frames));
+}
+
+/// With the frame last clicked in view.
+void FrameListController::ApplyInView(Edit edit) {
+    project_.Apply(std::move(edit));
+    ui_.scrollViewFrames->Reveal(project_.State().frames.Tag());
 }
 
 std::function<Frame(const Frame&)> FrameListController::Copies() {

@@ -20,8 +20,7 @@ class FrameListController : public QObject {
     Q_OBJECT
 
   public:
-    FrameListController(Project& project, const Session& session, Dialogs& dialogs,
-                        Ui::MainWindow& ui);
+    FrameListController(Project& project, Session& session, Dialogs& dialogs, Ui::MainWindow& ui);
 
     /// A click on the frame with that index; one that does not exist changes nothing.
     void Click(int tag);
@@ -30,6 +29,13 @@ class FrameListController : public QObject {
     void RemoveAll();
     void MoveUp();
     void MoveDown();
+    /// Of the whole selection.
+    void MoveSelectedUp();
+    void MoveSelectedDown();
+    void Cut();
+    void Copy();
+    /// Behind the selection.
+    void Paste();
     void SelectAll();
     void Duplicate();
     /// The selected frames, or all.
@@ -42,11 +48,11 @@ class FrameListController : public QObject {
   private:
     void Follow(ProjectChanges what);
     std::function<Frame(const Frame&)> Copies();
+    void ApplyInView(Edit edit);
     void ShowMoved(Edit edit, int offset);
-    QString Caption(int index) const;
 
     Project& project_;
-    const Session& session_;
+    Session& session_;
     Dialogs& dialogs_;
     Ui::MainWindow& ui_;
     int shownTag_ = -1;  ///< the frame last clicked, as far as the strip knows

@@ -32,4 +32,9 @@ void Session::SetGifEnds(bool ends) {
     }
 }
 
+void Session::SetCopiedFrames(QList<Frame> frames) {
+    copiedFrames_ = std::move(frames);
+    Q_EMIT Changed();
+}
+
 }  // namespace lumirra

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
 
 #include "jobs/BackgroundJob.h"
+#include "project/Frame.h"
 
 namespace lumirra {
 
@@ -40,12 +42,17 @@ class Session : public QObject {
     bool CommandIsPressed() const { return commandIsPressed_; }
     void SetCommandIsPressed(bool pressed) { commandIsPressed_ = pressed; }
 
+    /// Frames that were cut or copied, with their files.
+    const QList<Frame>& CopiedFrames() const { return copiedFrames_; }
+    void SetCopiedFrames(QList<Frame> frames);
+
   Q_SIGNALS:
-    /// Locked, playing, or what is known of the GIF.
+    /// Locked, playing, what is known of the GIF, or the frames that were copied.
     void Changed();
 
   private:
     BackgroundJob job_;
+    QList<Frame> copiedFrames_;
     bool locked_ = false;
     bool playing_ = false;
     bool hasGif_ = false;

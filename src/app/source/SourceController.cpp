@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "app/dialogs/Dialogs.h"
+#include "imaging/files/FileName.h"
 #include "project/Project.h"
 #include "sources/SourceKinds.h"
 #include "sources/VideoTools.h"
@@ -139,6 +140,27 @@ void SourceController::Step(int pictures) {
     if (document.source.HasVideo() && all >= 1) {
         const double shown = std::floor(static_cast<double>(document.source.position) * all + 1e-3);
         ui_.sliderVideoPosition->EditValue((shown + pictures) / all);
+    }
+}
+
+void SourceController::GoToPlaceOf(const Frame& frame) {
+    const Document& document = project_.State();
+    const Source& source = document.source;
+    if (!frame.origin) {
+        dialogs_.Report(tr("It is not known where this frame came from."));
+        return;
+    }
+    const FrameOrigin& origin = *frame.origin;
+    const auto number = static_cast<int>(source.listImagePaths.indexOf(origin.path));
+    if (origin.video && source.videoPath == origin.path) {
+        project_.Follow(AtPosition(document, static_cast<float>(origin.position)),
+                        ProjectChange::Picture);
+    } else if (!origin.video && source.HasPictures() && number >= 0) {
+        ShowImageNumber(number);
+    } else {
+        const QString name = origin.path.section(QLatin1Char('/'), -1);
+        dialogs_.Report(
+            tr("This frame came from “%1”, which is not open.").arg(ReadableName(name)));
     }
 }
 

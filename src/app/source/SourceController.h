@@ -39,6 +39,9 @@ class SourceController : public QObject {
     /// To the next picture of the source, or one before.
     void Step(int pictures);
 
+    /// To where a frame came from; says so when that is not open.
+    void GoToPlaceOf(const Frame& frame);
+
     /// The labels of the markers show that video's beginning and end.
     void ShowTimesOf(const QString& path);
 

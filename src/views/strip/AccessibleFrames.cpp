@@ -2,6 +2,8 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QPointer>
 #include <map>
 
@@ -27,9 +29,12 @@ class AccessibleFrame : public QAccessibleInterface, public QAccessibleActionInt
     QAccessible::Role role() const override { return QAccessible::ListItem; }
     void setText(QAccessible::Text, const QString&) override {}
     QString text(QAccessible::Text which) const override {
-        return which == QAccessible::Name && isValid()
-                   ? ScrollViewFrames::tr("Frame %1").arg(strip_->Caption(index_))
-                   : QString();
+        if (which != QAccessible::Name || !isValid()) {
+            return {};
+        }
+        const QString name = ScrollViewFrames::tr("Frame %1").arg(strip_->Caption(index_));
+        const QString badge = strip_->Badge(index_);
+        return badge.isEmpty() ? name : ScrollViewFrames::tr("%1, shown for %2").arg(name, badge);
     }
     QRect rect() const override {
         const QRect cell = isValid() ? strip_->CellRect(index_) : QRect();
@@ -53,10 +58,14 @@ class AccessibleFrame : public QAccessibleInterface, public QAccessibleActionInt
         return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this)
                                                     : nullptr;
     }
-    QStringList actionNames() const override { return {pressAction()}; }
+    QStringList actionNames() const override { return {pressAction(), showMenuAction()}; }
     void doAction(const QString& name) override {
         if (name == pressAction() && isValid()) {
             Q_EMIT strip_->UpdateSelectionScrollViewFrames(index_);
+        } else if (name == showMenuAction() && isValid()) {
+            QContextMenuEvent event(QContextMenuEvent::Mouse, strip_->CellRect(index_).center(),
+                                    rect().center());
+            QCoreApplication::sendEvent(strip_->viewport(), &event);
         }
     }
     QStringList keyBindingsForAction(const QString&) const override { return {}; }

@@ -14,6 +14,7 @@ constexpr int kSelectedBorder = 4;
 constexpr int kBorder = 3;
 constexpr int kKeyboardRing = 2;
 constexpr int kCaptionGap = 4;  ///< from the border
+constexpr double kMovedOpacity = 0.35;
 
 QColor SelectedColor() {
     return QColor::fromRgbF(0.19F, 0.54F, 0.99F);
@@ -50,18 +51,32 @@ void DrawMissing(QPainter& painter, const QRect& cell, const ThemeColors& colors
     DrawIcon(painter, QStringLiteral("picture-missing"), place, colors.textDim);
 }
 
-void DrawCaption(QPainter& painter, const QRect& inside, const QString& caption) {
-    const QSize text = painter.fontMetrics().size(Qt::TextSingleLine, caption);
-    QRectF pill(0, 0, text.width() + 14, text.height() + 6);
-    pill.moveBottomLeft(inside.bottomLeft() + QPointF(kCaptionGap, 1 - kCaptionGap));
+QRectF PillFor(const QPainter& painter, const QString& words) {
+    const QSize text = painter.fontMetrics().size(Qt::TextSingleLine, words);
+    return {0, 0, text.width() + 14.0, text.height() + 6.0};
+}
+
+void DrawPill(QPainter& painter, const QRectF& pill, const QString& words) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(QColor(0, 0, 0, 170));
     painter.drawRoundedRect(pill, 5, 5);
     painter.setPen(Qt::white);
-    painter.drawText(pill, Qt::AlignCenter, caption);
+    painter.drawText(pill, Qt::AlignCenter, words);
     painter.restore();
+}
+
+void DrawCaption(QPainter& painter, const QRect& inside, const QString& caption) {
+    QRectF pill = PillFor(painter, caption);
+    pill.moveBottomLeft(inside.bottomLeft() + QPointF(kCaptionGap, 1 - kCaptionGap));
+    DrawPill(painter, pill, caption);
+}
+
+void DrawBadge(QPainter& painter, const QRect& inside, const QString& badge) {
+    QRectF pill = PillFor(painter, badge);
+    pill.moveTopRight(inside.topRight() + QPointF(1 - kCaptionGap, kCaptionGap));
+    DrawPill(painter, pill, badge);
 }
 
 }  // namespace
@@ -69,6 +84,7 @@ void DrawCaption(QPainter& painter, const QRect& inside, const QString& caption)
 void ImageViewFrame::Draw(QPainter& painter, const QRect& cell, const QPalette& palette) const {
     const ThemeColors& colors = ColorsOf(palette);
     painter.fillRect(cell, colors.cell);
+    painter.setOpacity(isMoved ? kMovedOpacity : 1);
     if (thumbnail != nullptr && thumbnail->isNull()) {
         DrawMissing(painter, cell, colors);
     } else if (thumbnail != nullptr) {
@@ -86,6 +102,10 @@ void ImageViewFrame::Draw(QPainter& painter, const QRect& cell, const QPalette& 
     if (!caption.isEmpty()) {
         DrawCaption(painter, inside, caption);
     }
+    if (!badge.isEmpty()) {
+        DrawBadge(painter, inside, badge);
+    }
+    painter.setOpacity(1);
 }
 
 }  // namespace lumirra

@@ -17,7 +17,9 @@ struct ImageViewFrame {
     CellLook look = CellLook::Fresh;
     const QImage* thumbnail = nullptr;  ///< null: not read yet; without area: cannot be read
     bool hasKeyboard = false;
-    QString caption;  ///< shown in the corner; empty: none
+    QString caption;       ///< shown in the lower corner; empty: none
+    QString badge;         ///< shown in the upper corner; empty: none
+    bool isMoved = false;  ///< dragged elsewhere just now
 
     /// `thumbnail` is drawn pixel by pixel for the painter's device.
     void Draw(QPainter& painter, const QRect& cell, const QPalette& palette) const;

@@ -11,6 +11,10 @@ int StripGeometry::IndexAt(int y) const {
     return y / pitch;
 }
 
+int StripGeometry::InsertionAt(int y) const {
+    return std::clamp(y + pitch / 2, 0, frames * pitch) / pitch;
+}
+
 int StripGeometry::FurthestOffset() const {
     return std::max(0, Height() - viewHeight);
 }

@@ -22,6 +22,11 @@ struct StripGeometry {
     /// The frame whose cell holds that height of the strip; -1 between cells and outside.
     int IndexAt(int y) const;
 
+    /// Between which cells that height lies, by the nearest gap: the number of frames above it.
+    int InsertionAt(int y) const;
+    /// The middle of that gap.
+    int InsertionY(int insertion) const { return insertion * pitch - (cellSpacing + 1) / 2; }
+
     /// The wheel scrolls the strip; else it belongs to what surrounds it.
     bool Scrolls() const { return frames * pitch - (viewHeight + 1) >= 0; }
     int FurthestOffset() const;
