@@ -76,7 +76,7 @@ std::vector<ShortcutRow> ShortcutRows() {
             {"Ctrl+T, Ctrl+Shift+T", "Type the frames' delay, or change their speed"},
             {"Ctrl+K", "Keep every n-th frame"},
             {"Ctrl+Shift+D", "Remove near-duplicates"},
-            {"Ctrl+F, Ctrl+G", "Show the frame, or its place in the source"},
+            {"Ctrl+F, Ctrl+J", "Show the frame, or its place in the source"},
             {"Delete", "Remove the selected frames from the list"},
             {"Ctrl+Z, Ctrl+Shift+Z", "Undo, redo"},
             {"Ctrl+N", "New project"},
