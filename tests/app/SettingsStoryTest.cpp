@@ -38,23 +38,6 @@ TEST_F(SettingsStory, AFreshWindowStandsAtItsInitialValues) {
     }
 }
 
-TEST_F(SettingsStory, EveryControlHasNameAndRangeOfItsRow) {
-    for (const ControlRow& row : ControlTable()) {
-        QWidget& widget = Outlet(row.name);
-        EXPECT_FALSE(widget.accessibleName().isEmpty()) << row.name.data();
-        EXPECT_EQ(widget.accessibleDescription(), row.name) << row.name.data();
-        EXPECT_FALSE(widget.toolTip().isEmpty()) << row.name.data();
-        if (const auto* range = qobject_cast<RangeControl*>(&widget)) {
-            const ValueRange inForce = RangeInForce(row.control, 0);
-            EXPECT_EQ(range->minimum(), inForce.minimum) << row.name.data();
-            EXPECT_EQ(range->maximum(), inForce.maximum) << row.name.data();
-        }
-        if (const auto* popUp = qobject_cast<PopUp*>(&widget)) {
-            EXPECT_EQ(popUp->count(), PopUpItems(row.control).size()) << row.name.data();
-        }
-    }
-}
-
 TEST_F(SettingsStory, FieldsAndSteppersFollowEachOther) {
     Type("textFieldFixedNumberOfFrames", QStringLiteral("abc"));
     EXPECT_EQ(FieldText("textFieldFixedNumberOfFrames"), QStringLiteral("20"));

@@ -12,11 +12,13 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "app/actions/Command.h"
 #include "app/dialogs/QtDialogs.h"
 #include "app/window/HelpPages.h"
 #include "app/window/MainWindow.h"
 #include "settings/Control.h"
 #include "views/Theme.h"
+#include "views/controls/PopUp.h"
 #include "views/controls/RangeControl.h"
 
 namespace lumirra {
@@ -52,38 +54,24 @@ TEST(MainWindow, EverySettingHasItsControlWithRangeNameAndItems) {
             range->setValue(row.initial);
             EXPECT_FLOAT_EQ(range->value(), static_cast<float>(row.initial));
         }
+        if (const auto* popUp = qobject_cast<PopUp*>(widget)) {
+            EXPECT_EQ(popUp->count(), PopUpItems(row.control).size()) << row.name.data();
+        }
     }
 }
 
 TEST(MainWindow, CommandsAndViewsAreThereAndCanBeNamed) {
     Window shown;
-    for (const char* name : {"buttonSelectVideo",
-                             "buttonSelectImage",
-                             "buttonRemoveSelectedFrame",
-                             "buttonRemoveAllFrames",
-                             "buttonMoveUp",
-                             "buttonMoveDown",
-                             "buttonZoomIn",
-                             "buttonZoomOut",
-                             "buttonResetZoom",
-                             "buttonCloseVideo",
-                             "buttonPlayVideo",
-                             "buttonPreviousImage",
-                             "buttonNextImage",
-                             "buttonAddFrame",
-                             "buttonMarkAsStartTime",
-                             "buttonMarkAsEndTime",
-                             "buttonAddFramesAutomatically",
-                             "buttonAdjustSettingsReset",
-                             "buttonCartoonReset",
-                             "buttonSketchReset",
-                             "buttonVignetteReset",
-                             "buttonTextReset",
-                             "buttonCropResizeReset",
-                             "buttonOutputReset",
-                             "buttonGeneratePreview",
-                             "buttonPlayStopPreview",
-                             "buttonSaveGif"}) {
+    int buttons = 0;
+    for (const CommandRow& row : CommandTable()) {
+        EXPECT_TRUE(row.action == nullptr ||
+                    shown.window.findChild<QAction*>(QLatin1String(row.action)) != nullptr)
+            << row.action;
+        if (row.button == nullptr) {
+            continue;
+        }
+        const char* name = row.button;
+        ++buttons;
         auto* button = shown.window.findChild<QAbstractButton*>(QLatin1String(name));
         ASSERT_NE(button, nullptr) << name;
         EXPECT_FALSE(button->accessibleName().isEmpty()) << name;
@@ -91,6 +79,7 @@ TEST(MainWindow, CommandsAndViewsAreThereAndCanBeNamed) {
         EXPECT_TRUE(!button->text().isEmpty() || !button->icon().isNull()) << name;
         EXPECT_NE(button->focusPolicy(), Qt::NoFocus) << name;
     }
+    EXPECT_GE(buttons, 27);
     for (const char* name :
          {"labelVideoPositionTime", "labelStartTime", "labelEndTime", "labelImageNumber"}) {
         auto* label = shown.window.findChild<QLabel*>(QLatin1String(name));

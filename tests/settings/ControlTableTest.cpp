@@ -5,10 +5,13 @@
 #include <QTemporaryDir>
 #include <limits>
 
+#include "imaging/Render.h"
 #include "settings/Assignment.h"
 #include "settings/ControlValues.h"
+#include "settings/CropResize.h"
 #include "settings/Printing.h"
 #include "settings/ProfileText.h"
+#include "settings/SettingsRecords.h"
 #include "settings/UserSettings.h"
 #include "settings/ValueRules.h"
 
@@ -87,14 +90,6 @@ TEST(ControlTable, SteppersReachTheirFieldsLimits) {
             EXPECT_GE(row.maximum, field.maximum * scale) << row.name.data();
         }
     }
-}
-
-// The lines' initial values are held by the profile of a new project.
-TEST(ControlTable, OutputStartsWithoutALimit) {
-    const ControlValues values;
-    EXPECT_EQ(values.Number(C::SliderQuality), 90.0F);
-    EXPECT_EQ(values.Number(C::FieldMaxSize), 8.0F);
-    EXPECT_FALSE(values.IsOn(C::CheckMaxSize) || values.IsOn(C::CheckRepeatForever));
 }
 
 TEST(UserTable, KeepsWhatWasChosenByItsWords) {
@@ -197,48 +192,75 @@ TEST(Reset, RestoresItsGroupAndNothingElse) {
     }
 }
 
-TEST(Reset, LeavesSwitchesOfEffectsAspectRatioAndPlayModeAlone) {
-    for (const C control : {C::CheckCartoon, C::CheckSketch, C::CheckVignette, C::CheckColorEffect,
-                            C::ComboColorEffect, C::ComboAspectRatio, C::ComboPlayMode}) {
-        EXPECT_EQ(RowOf(control).resetGroup, ResetGroup::None);
+/// The values with this one moved as a person would, to something else.
+ControlValues Moved(const ControlValues& values, const ControlRow& row) {
+    ControlValues moved = values;
+    const float number = IsNumber(row) ? values.Number(row.control) : 0;
+    switch (row.kind) {
+        case ControlKind::Slider:
+        case ControlKind::Number:
+            moved.SetNumber(row.control, 0.5F * (number + static_cast<float>(row.maximum)) + 0.5F);
+            return moved;
+        case ControlKind::Stepper:
+            return MoveStepper(moved, row.control, number > 50 ? 40 : number + 9);
+        case ControlKind::PopUp:
+            moved.SetIndex(row.control, values.Index(row.control) == 0 ? 1 : 0);
+            return row.control == C::ComboTextFontType ? ChooseListedFont(moved, 5) : moved;
+        case ControlKind::Text:
+            return CommitField(moved, row.control, QStringLiteral("37"));
+        case ControlKind::Color:
+            moved.SetColor(row.control, {0.2, 0.4, 0.6, 1});
+            return moved;
+        case ControlKind::Check:
+            moved.SetOn(row.control, !values.IsOn(row.control));
+            return moved;
+        case ControlKind::Radio:
+            return ChooseRadio(moved, row.control);
     }
+    return moved;
 }
 
-TEST(Changes, AskForWhatTheControlNeeds) {
-    ControlValues values;
-    const auto consequence = [&](C control, bool differs = true) {
-        return ConsequenceOf(control, values, differs);
+// The picture itself says what has to be drawn again: each row with the switch that it depends on
+// off, and on.
+TEST(Changes, ThatShowAskForANewPictureAndThatSizeForNewDimensions) {
+    QImage picture(160, 120, QImage::Format_RGBA8888);
+    for (int y = 0; y < 120; ++y) {
+        for (int x = 0; x < 160; ++x) {
+            picture.setPixelColor(x, y, QColor(x, 2 * y, 255 - x, 255));
+        }
+    }
+    const auto shown = [&](const ControlValues& values) {
+        return ImageTools::RenderPreviewImage(picture, EffectSettingsOf(values));
     };
-    const ChangeConsequence markOnly{.markModified = true};
-    const ChangeConsequence preview{.preview = true, .markModified = true};
-    EXPECT_EQ(consequence(C::SliderHue), preview);
-    EXPECT_EQ(consequence(C::SliderCartoonBlur), markOnly);
-    EXPECT_EQ(consequence(C::ComboColorEffect), markOnly);
-    values.SetOn(C::CheckCartoon, true);
-    values.SetOn(C::CheckColorEffect, true);
-    EXPECT_EQ(consequence(C::SliderCartoonBlur), preview);
-    EXPECT_EQ(consequence(C::ComboColorEffect), preview);
-    EXPECT_EQ(consequence(C::CheckCustomColorCount), markOnly);
-    EXPECT_EQ(consequence(C::ComboPlayMode), ChangeConsequence{});
-    EXPECT_EQ(consequence(C::TextFieldLoopCount), ChangeConsequence{});
-    EXPECT_EQ(consequence(C::StepperLoopCount), markOnly);
-
-    const ChangeConsequence caption{.snapshot = true, .preview = true, .markModified = true};
-    EXPECT_EQ(consequence(C::TextFieldText), caption);
-    EXPECT_EQ(consequence(C::TextFieldText, false), ChangeConsequence{});
-    EXPECT_EQ(consequence(C::StepperTextXOffset, false), caption);
-    const ChangeConsequence crop{
-        .snapshot = true, .preview = true, .geometry = true, .markModified = true};
-    EXPECT_EQ(consequence(C::TextFieldCustomCropWidth), crop);
-    EXPECT_EQ(consequence(C::TextFieldCustomCropWidth, false), markOnly);
-    EXPECT_EQ(consequence(C::StepperResizeTo),
-              (ChangeConsequence{.snapshot = true, .geometry = true, .markModified = true}));
-    values = ChooseRadio(values, C::RadioAutoCropTo);
-    EXPECT_EQ(consequence(C::TextFieldCustomCropWidth), markOnly);
-    EXPECT_EQ(consequence(C::StepperCustomCropWidth),
-              (ChangeConsequence{.snapshot = true, .markModified = true}));
-    EXPECT_EQ(consequence(C::ComboAspectRatio),
-              (ChangeConsequence{.preview = true, .geometry = true, .markModified = true}));
+    const auto dimensions = [](const ControlValues& values) {
+        return DimensionsIn(UpdateCropResizeGeometry(values, {160, 120}));
+    };
+    int drawn = 0;
+    for (const ControlRow& row : ControlTable()) {
+        const std::optional<C> itsSwitch = row.change.onlyWhenOn;
+        const bool ofCrop = itsSwitch == C::RadioCustomCropUsing;
+        for (const bool on : {false, true}) {
+            ControlValues base = CommitField({}, C::TextFieldText, QStringLiteral("Caption"));
+            base = CommitField(base, C::TextFieldCustomCropWidth, QStringLiteral("60"));
+            base = ChooseRadio(base, on && ofCrop ? *itsSwitch : C::RadioAutoCropTo);
+            if (itsSwitch && !ofCrop) {
+                base.SetOn(*itsSwitch, on);
+            }
+            const ControlValues moved = Moved(base, row);
+            const ChangeConsequence change = ConsequenceOf(row.control, moved, true);
+            const bool shows = shown(moved) != shown(base);
+            EXPECT_TRUE(change.preview || !shows) << row.name.data();
+            EXPECT_FALSE(change.preview && itsSwitch && !on) << row.name.data() << " for nothing";
+            EXPECT_TRUE(change.geometry || row.kind == ControlKind::Text ||
+                        dimensions(moved) == dimensions(base))
+                << row.name.data();
+            drawn += shows ? 1 : 0;
+        }
+    }
+    EXPECT_GT(drawn, 50);
+    for (const C field : TrackedFields()) {
+        EXPECT_FALSE(ConsequenceOf(field, {}, false).preview) << "the same text again";
+    }
 }
 
 TEST(Changes, CommittingTheSameTextAgainDiffersNoMore) {
