@@ -6,7 +6,7 @@
 #include "cli/FrameEditing.h"
 #include "cli/JobPlan.h"
 #include "cli/KeptFrames.h"
-#include "cli/SourceLook.h"
+#include "cli/SourceProbe.h"
 #include "imaging/Words.h"
 #include "output/GifWriter.h"
 #include "output/SizeText.h"
@@ -70,13 +70,15 @@ void Warn(Console& console, const std::vector<Failure>& problems, int total, con
     }
 }
 
-struct Frames {
+/// What an extraction left.
+struct ExtractedPaths {
     QStringList paths;
     int total = 0;  ///< pictures that were asked for
 };
 
-Outcome<Frames> Extract(const Options& options, const ControlValues& values, const QString& folder,
-                        const std::stop_token& stop, Console& console) {
+Outcome<ExtractedPaths> Extract(const Options& options, const ControlValues& values,
+                                const QString& folder, const std::stop_token& stop,
+                                Console& console) {
     const ExtractionJob job{.videoPath = options.isVideo ? options.sources.front() : QString(),
                             .imagePaths = options.isVideo ? QStringList() : options.sources,
                             .startPosition = options.startPosition,
@@ -109,7 +111,7 @@ Outcome<Frames> Extract(const Options& options, const ControlValues& values, con
                    : result.problems.front();
     }
     Warn(console, result.problems, total, QStringLiteral("pictures could not be read whole."));
-    return Frames{result.framePaths, total};
+    return ExtractedPaths{result.framePaths, total};
 }
 
 GifRequest RequestFor(const Options& options, const ControlValues& values,
@@ -264,15 +266,15 @@ ExitCode Convert(const Options& options, const std::stop_token& stop, Console& c
     if (auto failure = CheckTargets(options)) {
         return Report(*failure, ExitCode::Failed, console);
     }
-    SourceLook look;
+    SourceFacts facts;
     if (!options.sources.isEmpty()) {
-        const auto looked = LookAt(options.sources, options.isVideo);
-        if (!looked) {
-            return Report(looked.failure(), ExitCode::Failed, console);
+        const auto probed = Probe(options.sources, options.isVideo);
+        if (!probed) {
+            return Report(probed.failure(), ExitCode::Failed, console);
         }
-        look = *looked;
+        facts = *probed;
     }
-    auto values = ApplySettings(start->values, options, look.size);
+    auto values = ApplySettings(start->values, options, facts.size);
     if (!values) {
         return Report(values.failure(), ExitCode::Usage, console);
     }
@@ -281,17 +283,17 @@ ExitCode Convert(const Options& options, const std::stop_token& stop, Console& c
         return Report(preset.failure(), ExitCode::Usage, console);
     }
     if (*preset) {
-        values = ApplyPreset(*values, **preset, options, look.size);
+        values = ApplyPreset(*values, **preset, options, facts.size);
         if (!values) {
             return Report(values.failure(), ExitCode::Failed, console);
         }
     }
     if (!options.sources.isEmpty()) {
-        if (auto failure = CheckValues(*values, options, look)) {
+        if (auto failure = CheckValues(*values, options, facts)) {
             return Report(*failure, ExitCode::Failed, console);
         }
         if (*preset && !options.findLoop) {
-            if (auto failure = CheckFrames(**preset, PlannedFrames(*values, options, look))) {
+            if (auto failure = CheckFrames(**preset, PlannedFrames(*values, options, facts))) {
                 return Report(*failure, ExitCode::Failed, console);
             }
         }

@@ -213,21 +213,22 @@ std::optional<Failure> CheckFrames(const Preset& preset, double frames) {
                preset.place, preset.maxFrames, frames, step));
 }
 
-double PlannedFrames(const ControlValues& values, const Options& options, const SourceLook& look) {
+double PlannedFrames(const ControlValues& values, const Options& options,
+                     const SourceFacts& facts) {
     return FramesAfterEditing(
-        options, FrameCount(ExtractionSettingsOf(values), options, look.durationSeconds));
+        options, FrameCount(ExtractionSettingsOf(values), options, facts.durationSeconds));
 }
 
 std::optional<Failure> CheckValues(const ControlValues& values, const Options& options,
-                                   const SourceLook& look) {
+                                   const SourceFacts& facts) {
     const ExtractionSettings settings = ExtractionSettingsOf(values);
-    const double frames = FrameCount(settings, options, look.durationSeconds);
+    const double frames = FrameCount(settings, options, facts.durationSeconds);
     if (!(frames <= kMostFrames)) {
         return Invalid(
             Filled(QStringLiteral("These settings would make %1 frames; at most %2 can be made."),
                    QString::number(frames, 'g', 6), QString::number(kMostFrames, 'f', 0)));
     }
-    const ImageSize size = OutputSize(settings, options, look.size);
+    const ImageSize size = OutputSize(settings, options, facts.size);
     if (!(size.width >= 1 && size.height >= 1)) {
         return Invalid(
             Filled(QStringLiteral("The output size of %1x%2 has no area: mend the crop or the "
@@ -241,7 +242,7 @@ std::optional<Failure> CheckValues(const ControlValues& values, const Options& o
         return CheckShape(values, size, 1, QStringLiteral("Pictures keep"));
     }
     if (!options.writeProfile.isEmpty()) {
-        const OutputDimensions read = DimensionsIn(UpdateCropResizeGeometry(values, look.size));
+        const OutputDimensions read = DimensionsIn(UpdateCropResizeGeometry(values, facts.size));
         return CheckShape(values,
                           {static_cast<double>(read.width), static_cast<double>(read.height)}, 0,
                           QStringLiteral("A profile keeps"));

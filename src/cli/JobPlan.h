@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/Options.h"
-#include "cli/SourceLook.h"
+#include "cli/SourceProbe.h"
 #include "project/presets/Presets.h"
 #include "settings/ControlValues.h"
 
@@ -25,9 +25,9 @@ std::optional<Failure> CheckFrames(const Preset& preset, double frames);
 /// Whether the values can be carried out on these sources: an output size that a GIF can have, a
 /// number of frames that makes sense.
 std::optional<Failure> CheckValues(const ControlValues& values, const Options& options,
-                                   const SourceLook& look);
+                                   const SourceFacts& facts);
 /// The frames that the settings and the options that leave some out make.
-double PlannedFrames(const ControlValues& values, const Options& options, const SourceLook& look);
+double PlannedFrames(const ControlValues& values, const Options& options, const SourceFacts& facts);
 
 /// Whether the files to be written can be: in a folder that is there, not a source, not each other.
 std::optional<Failure> CheckTargets(const Options& options);

@@ -5,7 +5,7 @@
 
 #include "cli/Conversion.h"
 #include "cli/OptionTable.h"
-#include "cli/SourceLook.h"
+#include "cli/SourceProbe.h"
 #include "imaging/WorkingMemory.h"
 #include "imaging/files/FileName.h"
 #include "imaging/files/SystemReason.h"

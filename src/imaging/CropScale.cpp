@@ -42,13 +42,13 @@ QImage Resample(const QImage& source, int width, int height, int threads) {
         std::vector<float> mixed(static_cast<std::size_t>(source.width()) * 4);
         std::vector<const std::uint8_t*> rows;
         for (int y = first; y < end; ++y) {
-            const auto& run = down.runs[static_cast<std::size_t>(y)];
+            const auto& span = down.spans[static_cast<std::size_t>(y)];
             rows.clear();
-            for (int k = 0; k < run.count; ++k) {
-                rows.push_back(source.constScanLine(run.first + k));
+            for (int k = 0; k < span.count; ++k) {
+                rows.push_back(source.constScanLine(span.first + k));
             }
-            MixRows(rows.data(), down.weights.data() + run.weights, run.count, opaque, mixed.data(),
-                    source.width());
+            MixRows(rows.data(), down.weights.data() + span.weights, span.count, opaque,
+                    mixed.data(), source.width());
             MixAlongRow(mixed.data(), across, pixels + static_cast<std::size_t>(y) * stride);
         }
     });

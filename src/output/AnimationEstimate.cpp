@@ -74,7 +74,7 @@ Outcome<AnimationEstimate> EstimateAnimation(const AnimationEncoder& encoder,
         return fit.failure();
     }
     const std::vector<int> rows = RowsFor(request, *fit);
-    PictureSample sample;
+    RowSample sample;
     sample.whole = std::ssize(rows) == fit->height;
     sample.unchangedSample =
         encoder.UnchangedBytes(static_cast<long long>(fit->width) * std::ssize(rows));

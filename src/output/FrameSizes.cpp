@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "imaging/files/FileName.h"
-#include "output/frames/FrameFile.h"
+#include "output/frames/FrameReader.h"
 
 namespace lumirra {
 

@@ -19,7 +19,7 @@ namespace lumirra {
 namespace {
 
 /// One picture on its way to a frame file whose name is already claimed.
-struct Picture {
+struct PictureTask {
     SourceImage source;  ///< of a video
     QString imagePath;   ///< of an image list
     QString framePath;   ///< empty when no name could be had
@@ -28,7 +28,7 @@ struct Picture {
 
 enum class Fate { Stored, LeftOut, EndsRun };
 
-struct Frame {
+struct TaskResult {
     Fate fate = Fate::LeftOut;
     QString path;
     QSize size;
@@ -36,7 +36,7 @@ struct Frame {
 };
 
 /// What the forward pass of a circular run leaves to the way back.
-struct Shown {
+struct ForwardFrame {
     QString path;  ///< empty when the picture was left out
     QSize size;
     std::optional<Failure> problem;
@@ -54,11 +54,11 @@ Failure FrameTooLargeOf(const QString& path, const ImageSize& size) {
     return failure;
 }
 
-class Run {
+class ExtractionRun {
   public:
-    Run(const ExtractionJob& job, const std::stop_token& stop,
-        const std::function<void(const ExtractedFrame&)>& onFrame,
-        const std::function<void(const ExtractionProgress&)>& onProgress)
+    ExtractionRun(const ExtractionJob& job, const std::stop_token& stop,
+                  const std::function<void(const ExtractedFrame&)>& onFrame,
+                  const std::function<void(const ExtractionProgress&)>& onProgress)
         : job_(job), stop_(stop), onFrame_(onFrame), onProgress_(onProgress) {}
 
     ExtractionResult Go() {
@@ -85,10 +85,10 @@ class Run {
     void RunPictures(int count, int total, const Source& source, const Work& work,
                      const Percent& percent);
 
-    Picture WithName(Picture picture) const;
-    Frame Stored(const Picture& picture, const QImage& rendered) const;
-    ExtractedFrame Extracted(const Frame& frame) const;
-    bool Accept(Frame frame);
+    PictureTask WithName(PictureTask picture) const;
+    TaskResult Stored(const PictureTask& picture, const QImage& rendered) const;
+    ExtractedFrame Extracted(const TaskResult& frame) const;
+    bool Accept(TaskResult frame);
     void Report(int total, double percent);
 
     const ExtractionJob& job_;
@@ -99,10 +99,10 @@ class Run {
     int dealtWith_ = 0;
     std::optional<ExtractionPlan> plan_;  ///< of a video
     bool ended_ = false;
-    std::vector<Shown> forward_;  ///< of a circular run
+    std::vector<ForwardFrame> forward_;  ///< of a circular run
 };
 
-Picture Run::WithName(Picture picture) const {
+PictureTask ExtractionRun::WithName(PictureTask picture) const {
     auto path = NextFramePath(job_.directory);
     if (path) {
         picture.framePath = *std::move(path);
@@ -113,7 +113,7 @@ Picture Run::WithName(Picture picture) const {
 }
 
 /// The frame of a rendered picture, or what becomes of one that has no area or cannot be written.
-Frame Run::Stored(const Picture& picture, const QImage& rendered) const {
+TaskResult ExtractionRun::Stored(const PictureTask& picture, const QImage& rendered) const {
     if (rendered.isNull()) {
         RemoveFrame(picture.framePath);
         const Failure noArea{Failure::Kind::Invalid,
@@ -130,7 +130,7 @@ Frame Run::Stored(const Picture& picture, const QImage& rendered) const {
 }
 
 /// The frame with what it shows: that of the picture being dealt with.
-ExtractedFrame Run::Extracted(const Frame& frame) const {
+ExtractedFrame ExtractionRun::Extracted(const TaskResult& frame) const {
     if (plan_) {
         return {frame.path, frame.size, job_.videoPath, true, plan_->PositionOf(dealtWith_)};
     }
@@ -138,7 +138,7 @@ ExtractedFrame Run::Extracted(const Frame& frame) const {
 }
 
 /// Takes a frame into the result; false when the run ends with it.
-bool Run::Accept(Frame frame) {
+bool ExtractionRun::Accept(TaskResult frame) {
     if (frame.problem) {
         result_.problems.push_back(*std::move(frame.problem));
     }
@@ -153,7 +153,7 @@ bool Run::Accept(Frame frame) {
     return !ended_;
 }
 
-void Run::Report(int total, double percent) {
+void ExtractionRun::Report(int total, double percent) {
     ++dealtWith_;
     if (onProgress_) {
         onProgress_({dealtWith_, total, percent});
@@ -163,30 +163,30 @@ void Run::Report(int total, double percent) {
 /// `source(i)` is called for one picture after the other; `work(picture)` renders and stores it, on
 /// any thread; `percent(i)` is the progress after it.
 template <typename Source, typename Work, typename Percent>
-void Run::RunPictures(int count, int total, const Source& source, const Work& work,
-                      const Percent& percent) {
+void ExtractionRun::RunPictures(int count, int total, const Source& source, const Work& work,
+                                const Percent& percent) {
     int next = 0;
-    const auto take = [&]() -> std::optional<Picture> {
+    const auto take = [&]() -> std::optional<PictureTask> {
         if (next == count || stop_.stop_requested()) {
             return std::nullopt;
         }
         try {
             return WithName(source(next++));
         } catch (const std::bad_alloc&) {
-            return Picture{{}, {}, {}, OutOfMemory()};
+            return PictureTask{{}, {}, {}, OutOfMemory()};
         }
     };
-    const auto workOn = [&](Picture picture) -> Frame {
+    const auto workOn = [&](PictureTask picture) -> TaskResult {
         const QString path = picture.framePath;
         try {
-            return picture.failure ? Frame{Fate::EndsRun, {}, {}, std::move(picture.failure)}
+            return picture.failure ? TaskResult{Fate::EndsRun, {}, {}, std::move(picture.failure)}
                                    : work(std::move(picture));
         } catch (const std::bad_alloc&) {
             RemoveFrame(path);
             return {Fate::EndsRun, {}, {}, OutOfMemory()};
         }
     };
-    const auto deliver = [&](Frame frame) {
+    const auto deliver = [&](TaskResult frame) {
         if (stop_.stop_requested()) {
             RemoveFrame(frame.path);
             return false;
@@ -200,15 +200,16 @@ void Run::RunPictures(int count, int total, const Source& source, const Work& wo
         Report(total, percent(dealtWith_));
         return true;
     };
-    const auto discard = [](const Frame& frame) { RemoveFrame(frame.path); };
+    const auto discard = [](const TaskResult& frame) { RemoveFrame(frame.path); };
     const int threads = job_.threads > 0 ? job_.threads : QThread::idealThreadCount();
-    OrderedWork<Picture, Frame>(std::min(threads, count)).Run(take, workOn, deliver, discard);
+    OrderedWork<PictureTask, TaskResult>(std::min(threads, count))
+        .Run(take, workOn, deliver, discard);
     result_.stopped = stop_.stop_requested() && dealtWith_ < total;
     ended_ = ended_ || result_.stopped;
 }
 
 /// By the pictures' headers; one that cannot be read is told in its turn.
-bool Run::FramesFit() {
+bool ExtractionRun::FramesFit() {
     for (const QString& path : job_.imagePaths) {
         const auto stored = ImageTools::PixelSize(path);
         const ImageSize size =
@@ -222,19 +223,19 @@ bool Run::FramesFit() {
     return true;
 }
 
-bool Run::Refuse(Failure why) {
+bool ExtractionRun::Refuse(Failure why) {
     result_.problems.push_back(std::move(why));
     result_.endedEarly = true;
     return false;
 }
 
-void Run::RunImages() {
+void ExtractionRun::RunImages() {
     if (!FramesFit()) {
         return;
     }
     const auto count = static_cast<int>(job_.imagePaths.size());
-    const auto takeImage = [&](int i) { return Picture{{}, job_.imagePaths.at(i), {}, {}}; };
-    const auto work = [&](Picture picture) -> Frame {
+    const auto takeImage = [&](int i) { return PictureTask{{}, job_.imagePaths.at(i), {}, {}}; };
+    const auto work = [&](PictureTask picture) -> TaskResult {
         picture.source = ReadStill(picture.imagePath);
         if (picture.source.image.isNull()) {
             RemoveFrame(picture.framePath);
@@ -251,7 +252,7 @@ void Run::RunImages() {
     });
 }
 
-void Run::RunVideo() {
+void ExtractionRun::RunVideo() {
     const ImageSize size{static_cast<double>(job_.settings.width),
                          static_cast<double>(job_.settings.height)};
     if (size.width >= 1 && size.height >= 1 && !IsFrameSize(size.width, size.height)) {
@@ -272,9 +273,9 @@ void Run::RunVideo() {
     }
     plan_ = *plan;
     const auto takeFrame = [&](int i) {
-        return Picture{video.At(plan->PositionOf(i)), {}, {}, {}};
+        return PictureTask{video.At(plan->PositionOf(i)), {}, {}, {}};
     };
-    const auto work = [&](Picture picture) {
+    const auto work = [&](PictureTask picture) {
         const QImage source = std::exchange(picture.source.image, {});
         const QImage rendered = ImageTools::RenderFrameToSize(
             source, job_.settings.effects, job_.settings.width, job_.settings.height);
@@ -289,20 +290,20 @@ void Run::RunVideo() {
 
 /// The way back shows the pictures of the way there, so their files are copied: the same bytes as
 /// rendering them again would give.
-void Run::RunBack(const ExtractionPlan& plan) {
+void ExtractionRun::RunBack(const ExtractionPlan& plan) {
     for (int i = plan.count; i < plan.Total(); ++i) {
         if (stop_.stop_requested()) {
             result_.stopped = true;
             return;
         }
-        const Shown& there = forward_.at(static_cast<std::size_t>(plan.FrameOf(i)));
+        const ForwardFrame& there = forward_.at(static_cast<std::size_t>(plan.FrameOf(i)));
         if (!there.path.isEmpty()) {
-            const Picture back = WithName({});
-            Frame frame{Fate::EndsRun, {}, {}, back.failure};
+            const PictureTask back = WithName({});
+            TaskResult frame{Fate::EndsRun, {}, {}, back.failure};
             if (!back.failure) {
                 const auto copied = CopyFrame(there.path, back.framePath);
-                frame = copied ? Frame{Fate::Stored, back.framePath, there.size, there.problem}
-                               : Frame{Fate::LeftOut, {}, {}, copied.failure()};
+                frame = copied ? TaskResult{Fate::Stored, back.framePath, there.size, there.problem}
+                               : TaskResult{Fate::LeftOut, {}, {}, copied.failure()};
             }
             if (!Accept(std::move(frame))) {
                 return;
@@ -327,7 +328,7 @@ Failure FrameTooLarge(const ImageSize& size) {
 ExtractionResult RunExtraction(const ExtractionJob& job, const std::stop_token& stop,
                                const std::function<void(const ExtractedFrame&)>& onFrame,
                                const std::function<void(const ExtractionProgress&)>& onProgress) {
-    return Run(job, stop, onFrame, onProgress).Go();
+    return ExtractionRun(job, stop, onFrame, onProgress).Go();
 }
 
 }  // namespace lumirra

@@ -141,11 +141,11 @@ Failure CutShort(const QString& path, double share) {
 
 /// Pages of a file whose pictures may differ in size. It comes before any other question about a
 /// TIFF file: only after it does the toolkit's reader find the further pages.
-int CountPages(QImageReader& reader, PictureFormat format) {
-    if (format == PictureFormat::Tiff && reader.canRead()) {  // by now its library is loaded
+int CountPages(QImageReader& reader, StillFormat format) {
+    if (format == StillFormat::Tiff && reader.canRead()) {  // by now its library is loaded
         MuteTiffLibrary();
     }
-    const bool hasPages = format == PictureFormat::Tiff || format == PictureFormat::Icon;
+    const bool hasPages = format == StillFormat::Tiff || format == StillFormat::Icon;
     return hasPages ? reader.imageCount() : 1;
 }
 
@@ -167,14 +167,14 @@ SourceImage Jpeg2000Picture(const QString& path, QIODevice& device) {
 
 /// A format that is not left to the toolkit: reading gives what there is of a damaged picture.
 struct OwnReader {
-    PictureFormat format;
+    StillFormat format;
     ImageSize (*size)(QIODevice&);
     PartlyRead (*read)(QIODevice&);
 };
-constexpr std::array kOwnReaders{OwnReader{PictureFormat::Png, PngSize, ReadPng},
-                                 OwnReader{PictureFormat::Bmp, BmpSize, ReadBmp}};
+constexpr std::array kOwnReaders{OwnReader{StillFormat::Png, PngSize, ReadPng},
+                                 OwnReader{StillFormat::Bmp, BmpSize, ReadBmp}};
 
-const OwnReader* OwnReaderOf(PictureFormat format) {
+const OwnReader* OwnReaderOf(StillFormat format) {
     const auto* found =
         std::find_if(kOwnReaders.begin(), kOwnReaders.end(),
                      [&](const OwnReader& reader) { return reader.format == format; });
@@ -225,7 +225,7 @@ ImageSize LargestSides(QImageReader& reader, int pages) {
 }
 
 SourceImage ToolkitPicture(const QString& path, const PictureFile& file) {
-    const bool cutShort = file.format == PictureFormat::Jpeg && IsJpegCutShort(*file.device);
+    const bool cutShort = file.format == StillFormat::Jpeg && IsJpegCutShort(*file.device);
     QImageReader reader(file.device.get(), ToolkitFormat(file.format));
     reader.setAutoTransform(false);
     const int pages = CountPages(reader, file.format);
@@ -239,7 +239,7 @@ SourceImage ToolkitPicture(const QString& path, const PictureFile& file) {
     }
     const auto turn = reader.transformation();
     SourceImage picture{reader.read(), std::nullopt};
-    if (picture.image.isNull() && file.format == PictureFormat::Tiff) {
+    if (picture.image.isNull() && file.format == StillFormat::Tiff) {
         picture.image = DeepTiffPicture(*file.device);
     }
     if (picture.image.isNull()) {
@@ -266,7 +266,7 @@ SourceImage ToolkitPicture(const QString& path, const PictureFile& file) {
 }
 
 SourceImage ReadPicture(const QString& path, const PictureFile& file) {
-    if (file.format == PictureFormat::Jpeg2000) {
+    if (file.format == StillFormat::Jpeg2000) {
         return Jpeg2000Picture(path, *file.device);
     }
     const OwnReader* own = OwnReaderOf(file.format);
@@ -291,11 +291,11 @@ SourceImage ReadStill(const QString& path) {
 
 bool HoldsManyPictures(const PictureFile& file) {
     PrepareToolkit();
-    if (file.format == PictureFormat::Png) {
+    if (file.format == StillFormat::Png) {
         return IsAnimatedPng(*file.device);
     }
-    const bool mayMove = file.format == PictureFormat::Gif || file.format == PictureFormat::Webp;
-    if (!mayMove && file.format != PictureFormat::Tiff) {
+    const bool mayMove = file.format == StillFormat::Gif || file.format == StillFormat::Webp;
+    if (!mayMove && file.format != StillFormat::Tiff) {
         return false;
     }
     QImageReader reader(file.device.get(), ToolkitFormat(file.format));
@@ -309,7 +309,7 @@ std::optional<ImageSize> ImageTools::PixelSize(const QString& path) {
     if (!file) {
         return std::nullopt;
     }
-    if (file->format == PictureFormat::Jpeg2000) {
+    if (file->format == StillFormat::Jpeg2000) {
         return Jpeg2000Size(*file->device);
     }
     if (const OwnReader* own = OwnReaderOf(file->format)) {

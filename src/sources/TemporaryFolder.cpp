@@ -14,7 +14,7 @@
 #include "imaging/files/SystemReason.h"
 #include "imaging/process/SuddenEnd.h"
 #include "sources/folder/FolderEntries.h"
-#include "sources/folder/RunMarker.h"
+#include "sources/folder/FolderMarker.h"
 #include "sources/folder/WorkingParent.h"
 
 namespace lumirra {
@@ -29,25 +29,25 @@ Failure Unusable(const QString& path, int error) {
             path};
 }
 
-Descriptor OpenRun(const WorkingParent& parent, const QByteArray& name) {
+Descriptor OpenWorkingFolder(const WorkingParent& parent, const QByteArray& name) {
     Descriptor folder(::openat(parent.folder.Get(), name.constData(),
                                O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     return folder;
 }
 
 void Remove(const WorkingParent& parent, const QByteArray& name, const Descriptor& folder,
-            const RunMarker& marker) {
+            const FolderMarker& marker) {
     marker.RemoveFiles(folder);
     ::unlinkat(parent.folder.Get(), name.constData(), AT_REMOVEDIR);  // refused unless empty
 }
 
 void RemoveWhatEndedRunsLeft(const WorkingParent& parent) {
     for (const QByteArray& name : FolderEntries(parent.folder)) {
-        const Descriptor folder = OpenRun(parent, name);
-        if (!folder.IsOpen() || RunMarker::IsKept(folder, name)) {
+        const Descriptor folder = OpenWorkingFolder(parent, name);
+        if (!folder.IsOpen() || FolderMarker::IsKept(folder, name)) {
             continue;
         }
-        const auto marker = RunMarker::Take(folder, name);
+        const auto marker = FolderMarker::Take(folder, name);
         if (marker && !marker->IsKept()) {
             Remove(parent, name, folder, *marker);
         }
@@ -57,7 +57,7 @@ void RemoveWhatEndedRunsLeft(const WorkingParent& parent) {
 }  // namespace
 
 struct TemporaryFolder::State {
-    State(WorkingParent in, QByteArray called, Descriptor opened, RunMarker marked)
+    State(WorkingParent in, QByteArray called, Descriptor opened, FolderMarker marked)
         : parent(std::move(in)),
           name(std::move(called)),
           path(FileText(parent.path + '/' + name)),
@@ -94,7 +94,7 @@ struct TemporaryFolder::State {
     QByteArray name;
     QString path;
     Descriptor folder;
-    RunMarker marker;
+    FolderMarker marker;
     AtSuddenEnd atSuddenEnd{[this] { RemoveSuddenly(); }};
 };
 
@@ -110,11 +110,11 @@ Outcome<TemporaryFolder> TemporaryFolder::Make() {
         return Unusable(parentPath, errno);
     }
     const QByteArray name = path.mid(path.lastIndexOf('/') + 1);
-    Descriptor folder = OpenRun(*parent, name);
-    auto marker = RunMarker::Create(folder, name);
+    Descriptor folder = OpenWorkingFolder(*parent, name);
+    auto marker = FolderMarker::Create(folder, name);
     int error = marker ? 0 : errno;
     if (marker) {
-        error = RunMarker::NoteFile(path + '/' + kPreview);
+        error = FolderMarker::NoteFile(path + '/' + kPreview);
     }
     if (error != 0) {
         if (marker) {
@@ -134,10 +134,10 @@ QStringList TemporaryFolder::Left() {
     }
     std::vector<std::pair<timespec, QString>> found;
     for (const QByteArray& name : FolderEntries(parent->folder)) {
-        const Descriptor folder = OpenRun(*parent, name);
+        const Descriptor folder = OpenWorkingFolder(*parent, name);
         struct stat status {};
-        if (folder.IsOpen() && RunMarker::IsKept(folder, name) && RunMarker::Take(folder, name) &&
-            ::fstat(folder.Get(), &status) == 0) {
+        if (folder.IsOpen() && FolderMarker::IsKept(folder, name) &&
+            FolderMarker::Take(folder, name) && ::fstat(folder.Get(), &status) == 0) {
             found.emplace_back(status.st_mtim, FileText(parent->path + '/' + name));
         }
     }
@@ -160,8 +160,8 @@ std::optional<TemporaryFolder> TemporaryFolder::TakeOver(const QString& path) {
         return std::nullopt;
     }
     const QByteArray name = bytes.mid(slash + 1);
-    Descriptor folder = OpenRun(*parent, name);
-    auto marker = RunMarker::Take(folder, name);
+    Descriptor folder = OpenWorkingFolder(*parent, name);
+    auto marker = FolderMarker::Take(folder, name);
     if (!marker) {
         return std::nullopt;
     }
@@ -190,7 +190,7 @@ Outcome<Done> TemporaryFolder::SetKept(bool kept) {
 }
 
 Outcome<Done> TemporaryFolder::NoteFile(const QString& path) {
-    if (const int error = RunMarker::NoteFile(FileBytes(path)); error != 0) {
+    if (const int error = FolderMarker::NoteFile(FileBytes(path)); error != 0) {
         return Unusable(FolderOf(path), error);
     }
     return Done{};

@@ -161,11 +161,11 @@ TEST(Resample, VectorAndPlainLoopsAgreeBitForBit) {
         for (const bool opaque : {false, true}) {
             std::vector<float> fast(static_cast<std::size_t>(n) * 4 + 4, -1.0F);
             std::vector<float> plain = fast;
-            const auto& run = down.runs[0];
-            MixRows(rows.data(), down.weights.data(), run.count, opaque, fast.data(), n);
-            MixRowsPlainly(rows.data(), down.weights.data(), run.count, opaque, plain.data(), n);
+            const auto& span = down.spans[0];
+            MixRows(rows.data(), down.weights.data(), span.count, opaque, fast.data(), n);
+            MixRowsPlainly(rows.data(), down.weights.data(), span.count, opaque, plain.data(), n);
             EXPECT_EQ(fast, plain) << n;
-            std::vector<std::uint8_t> fastOut(across.runs.size() * 4 + 4, 99);
+            std::vector<std::uint8_t> fastOut(across.spans.size() * 4 + 4, 99);
             std::vector<std::uint8_t> plainOut = fastOut;
             MixAlongRow(fast.data(), across, fastOut.data());
             MixAlongRowPlainly(plain.data(), across, plainOut.data());

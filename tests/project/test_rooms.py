@@ -93,7 +93,8 @@ class Rooms(unittest.TestCase):
         # Filled in one by one, a "%2" in the first part is taken for the place of the second.
         chain = re.compile(r"\.arg\((?:[^()]|\((?:[^()]|\([^()]*\))*\))*\)\s*\.arg\(")
         for path in SRC.rglob("*.cpp"):
-            if SRC / "app" not in path.parents:
+            # What these two still chain is numbers alone.
+            if not {SRC / "app/frames", SRC / "app/gif"} & set(path.parents):
                 self.assertIsNone(chain.search(path.read_text()), str(path))
 
     def test_modules_are_entered_by_their_door_alone(self):

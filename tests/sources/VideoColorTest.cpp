@@ -273,7 +273,7 @@ TEST(PlanarYuv, EqualsTheFormulaInDoubles) {
         planes.frame->chroma_location = one.location;
         planes.frame->colorspace = AVCOL_SPC_BT709;
         planes.frame->color_range = full ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
-        const FrameColor color = ColorOf(*planes.frame);
+        const VideoFrameColor color = ColorOf(*planes.frame);
         ASSERT_TRUE(IsPlanarYuv(*planes.frame, color));
         const QImage image = PlanarYuvPicture(*planes.frame, color);
         for (int y = 0; y < height; ++y) {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "VideoClips.h"
-#include "sources/video/FrameFinder.h"
+#include "sources/video/VideoFrameFinder.h"
 
 namespace lumirra {
 namespace {
@@ -132,7 +132,7 @@ TEST_F(MadeClip, NearPicturesComeNearer) {
     auto stream = VideoStream::Open(path);
     ASSERT_TRUE(stream);
     const double ticks = 1 / (25 * stream->TickSeconds());
-    FrameFinder finder(*std::move(stream), kScrubbing.keepBytes);
+    VideoFrameFinder finder(*std::move(stream), kScrubbing.keepBytes);
     const auto near = [&](int wanted) {  // as little decoding as possible: the time is up already
         const auto got = finder.Near(std::lround((wanted + 0.5) * ticks), {}, {});
         return std::pair(got.frame ? int(std::lround(double(got.frame->time) / ticks)) : -1,

@@ -13,7 +13,7 @@
 #include "views/panel/PlayerView.h"
 #include "views/panel/VideoImageView.h"
 #include "views/panel/VideoPanel.h"
-#include "views/player/FramePixels.h"
+#include "views/player/VideoFramePixels.h"
 
 namespace lumirra {
 namespace {
@@ -176,7 +176,7 @@ QVideoFrame OneColor(const YuvCase& wanted, const QColor& color, QSize size) {
     return frame;
 }
 
-TEST(FramePixels, EveryLayoutMatrixAndRangeGivesTheColorBack) {
+TEST(VideoFramePixels, EveryLayoutMatrixAndRangeGivesTheColorBack) {
     using F = QVideoFrameFormat;
     const YuvCase cases[] = {
         {F::Format_YUV420P, 8, false, F::ColorSpace_BT601, 0.299, 0.114, false},

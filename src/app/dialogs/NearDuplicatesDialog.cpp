@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "imaging/Words.h"
 #include "views/controls/ShortNumberField.h"
 
 namespace lumirra {
@@ -71,7 +72,7 @@ double NearDuplicatesDialog::Threshold() const {
 void NearDuplicatesDialog::ShowProgress(int read, int total) {
     progress_->setRange(0, total);
     progress_->setValue(read);
-    result_->setText(tr("Reading the frames: %1 of %2").arg(read).arg(total));
+    result_->setText(Filled(tr("Reading the frames: %1 of %2"), read, total));
     remove_->setEnabled(false);
 }
 
@@ -81,7 +82,7 @@ void NearDuplicatesDialog::ShowResult(int removed, int total) {
     result_->setText(removed == 0 ? tr("No frame looks like the one before it.")
                      : removed == 1
                          ? tr("1 of %1 frames will be removed.").arg(total)
-                         : tr("%1 of %2 frames will be removed.").arg(removed).arg(total));
+                         : Filled(tr("%1 of %2 frames will be removed."), removed, total));
     remove_->setEnabled(removed > 0);
 }
 

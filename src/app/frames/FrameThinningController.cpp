@@ -7,7 +7,7 @@
 
 #include "app/dialogs/Dialogs.h"
 #include "app/dialogs/NearDuplicatesDialog.h"
-#include "output/frames/FrameFile.h"
+#include "output/frames/FrameReader.h"
 #include "project/FrameStore.h"
 #include "project/Project.h"
 #include "project/edits/FrameEdits.h"

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "app/session/Session.h"
-#include "output/frames/FrameFile.h"
+#include "output/frames/FrameReader.h"
 #include "project/Project.h"
 #include "ui_MainWindow.h"
 

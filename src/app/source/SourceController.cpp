@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "app/dialogs/Dialogs.h"
+#include "imaging/Words.h"
 #include "imaging/files/FileName.h"
 #include "project/Project.h"
 #include "sources/SourceKinds.h"
@@ -171,9 +172,9 @@ void SourceController::Follow(ProjectChanges what) {
     }
     if (what & ProjectChange::Source) {
         ShowMarkers();
-        ui_.labelImageNumber->setText(source.HasPictures() ? QStringLiteral("%1/%2")
-                                                                 .arg(source.currentImageNumber + 1)
-                                                                 .arg(source.listImagePaths.size())
+        ui_.labelImageNumber->setText(source.HasPictures() ? Filled(QStringLiteral("%1/%2"),
+                                                                    source.currentImageNumber + 1,
+                                                                    source.listImagePaths.size())
                                                            : QString());
     }
 }

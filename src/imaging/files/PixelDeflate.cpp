@@ -10,7 +10,8 @@ namespace lumirra {
 namespace {
 
 constexpr int kEndOfBlock = 256;
-constexpr int kLongestRun = 64;  // pixels: 256 bytes, the longest multiple of four a match can have
+constexpr int kLongestMatch =
+    64;  // pixels: 256 bytes, the longest multiple of four a match can have
 constexpr std::size_t kPixelBytes = 4;
 
 /// How deflate sends a match of 4 * pixels bytes: symbol, then extra bits.
@@ -20,10 +21,10 @@ struct LengthCode {
     std::uint8_t extra = 0;
 };
 
-constexpr std::array<LengthCode, kLongestRun + 1> MakeLengthCodes() {
+constexpr std::array<LengthCode, kLongestMatch + 1> MakeLengthCodes() {
     // RFC 1951, 3.2.5: eight codes without extra bits, then four for each number of extra bits.
-    std::array<LengthCode, kLongestRun + 1> codes{};
-    for (int pixels = 1; pixels <= kLongestRun; ++pixels) {
+    std::array<LengthCode, kLongestMatch + 1> codes{};
+    for (int pixels = 1; pixels <= kLongestMatch; ++pixels) {
         const int length = pixels * 4;
         int base = 3;
         int symbol = 257;
@@ -71,7 +72,7 @@ void WalkRows(std::span<const std::uint8_t> rows, int pixels, OnByte onByte, OnP
             }
             int run = 1;
             at += kPixelBytes;
-            while (at < end && run < kLongestRun && PixelAt(at) == pixel) {
+            while (at < end && run < kLongestMatch && PixelAt(at) == pixel) {
                 ++run;
                 at += kPixelBytes;
             }

@@ -93,17 +93,17 @@ void MixAlongRowOnTarget(const float* row, const ResampleWeights& weights, std::
     const hn::CappedTag<float, 4> d;
     const hn::Rebind<std::int32_t, decltype(d)> ints;
     const hn::Rebind<std::uint8_t, decltype(d)> bytes;
-    for (const auto& run : weights.runs) {
-        const float* weight = weights.weights.data() + run.weights;
-        const float* p = row + std::size_t{4} * static_cast<unsigned>(run.first);
+    for (const auto& span : weights.spans) {
+        const float* weight = weights.weights.data() + span.weights;
+        const float* p = row + std::size_t{4} * static_cast<unsigned>(span.first);
         auto even = hn::Zero(d);
         auto odd = hn::Zero(d);
         int k = 0;
-        for (; k + 1 < run.count; k += 2, p += 8) {
+        for (; k + 1 < span.count; k += 2, p += 8) {
             even = hn::Add(even, hn::Mul(hn::LoadU(d, p), hn::Set(d, weight[k])));
             odd = hn::Add(odd, hn::Mul(hn::LoadU(d, p + 4), hn::Set(d, weight[k + 1])));
         }
-        if (k < run.count) {
+        if (k < span.count) {
             even = hn::Add(even, hn::Mul(hn::LoadU(d, p), hn::Set(d, weight[k])));
         }
         auto sum = hn::Add(even, odd);

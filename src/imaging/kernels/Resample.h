@@ -6,15 +6,15 @@
 
 namespace lumirra {
 
-/// For each output position the run of source positions it is mixed from and their weights, which
+/// For each output position the span of source positions it is mixed from and their weights, which
 /// sum to one.
 struct ResampleWeights {
-    struct Run {
+    struct Span {
         int first;
         int count;
-        std::size_t weights;  ///< where the run's weights begin
+        std::size_t weights;  ///< where the span's weights begin
     };
-    std::vector<Run> runs;
+    std::vector<Span> spans;
     std::vector<float> weights;
 };
 

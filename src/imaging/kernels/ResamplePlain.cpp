@@ -58,7 +58,7 @@ ResampleWeights MakeResampleWeights(int sourceSize, int targetSize) {
         return ratio > 1 ? Mirrored(k, sourceSize) : std::clamp(k, 0, sourceSize - 1);
     };
     ResampleWeights result;
-    result.runs.reserve(static_cast<std::size_t>(targetSize));
+    result.spans.reserve(static_cast<std::size_t>(targetSize));
     std::vector<double> weights;
     for (int i = 0; i < targetSize; ++i) {
         const double centre = (i + 0.5) * ratio - 0.5;
@@ -77,7 +77,7 @@ ResampleWeights MakeResampleWeights(int sourceSize, int targetSize) {
             weights[static_cast<std::size_t>(position(k) - begin)] += weight;
             total += weight;
         }
-        result.runs.push_back({begin, end - begin, result.weights.size()});
+        result.spans.push_back({begin, end - begin, result.weights.size()});
         for (const double weight : weights) {
             result.weights.push_back(static_cast<float>(weight / total));
         }
@@ -101,12 +101,12 @@ void MixRowsPlainly(const std::uint8_t* const* rows, const float* weights, int c
 }
 
 void MixAlongRowPlainly(const float* row, const ResampleWeights& weights, std::uint8_t* out) {
-    for (const auto& run : weights.runs) {
+    for (const auto& span : weights.spans) {
         std::array<float, 4> even{};
         std::array<float, 4> odd{};
-        for (int k = 0; k < run.count; ++k) {
-            const float weight = weights.weights[run.weights + static_cast<std::size_t>(k)];
-            const float* p = row + std::size_t{4} * static_cast<unsigned>(run.first + k);
+        for (int k = 0; k < span.count; ++k) {
+            const float weight = weights.weights[span.weights + static_cast<std::size_t>(k)];
+            const float* p = row + std::size_t{4} * static_cast<unsigned>(span.first + k);
             for (std::size_t c = 0; c < 4; ++c) {
                 (k % 2 == 0 ? even : odd)[c] += p[c] * weight;
             }

@@ -8,7 +8,7 @@
 #include "imaging/Effects.h"
 #include "imaging/PixelLimits.h"
 #include "imaging/Words.h"
-#include "output/frames/FrameFile.h"
+#include "output/frames/FrameReader.h"
 
 namespace lumirra {
 

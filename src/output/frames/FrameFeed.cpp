@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "output/frames/EncoderSetup.h"
-#include "output/frames/FrameFile.h"
+#include "output/frames/FrameReader.h"
 
 namespace lumirra {
 

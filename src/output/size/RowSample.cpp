@@ -35,12 +35,12 @@ std::vector<int> SampleRows(int height) {
     return rows;
 }
 
-void PictureSample::Add(double sampleBytes) {
+void RowSample::Add(double sampleBytes) {
     ++pictures;
     content += whole ? sampleBytes : std::max(sampleBytes - unchangedSample, 0.0);
 }
 
-double PictureSample::WholeBytes(double complexityRatio) const {
+double RowSample::WholeBytes(double complexityRatio) const {
     if (whole) {
         return content;
     }

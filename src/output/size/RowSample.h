@@ -9,7 +9,7 @@ namespace lumirra {
 std::vector<int> SampleRows(int height);
 
 /// Bytes of the data of whole pictures, from those of their sampled rows.
-struct PictureSample {
+struct RowSample {
     bool whole = true;            ///< the samples are all rows
     double unchangedSample = 0;   ///< bytes of a sample in which nothing changes
     double unchangedPicture = 0;  ///< the same of a whole picture

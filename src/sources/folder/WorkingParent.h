@@ -8,7 +8,7 @@
 
 namespace lumirra {
 
-/// The folder that holds the working folders of all runs of this user.
+/// The folder that holds the working folders of all processes of this user.
 struct WorkingParent {
     QByteArray path;    ///< absolute, in the file system's own bytes
     Descriptor folder;  ///< open; later steps start from here, whatever becomes of the path

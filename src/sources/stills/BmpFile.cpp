@@ -110,9 +110,9 @@ double ReadRows(QIODevice& device, const BmpHeader& header, Canvas& canvas) {
 }
 
 /// A picture coded in runs of equal pixels. What no run covers has the palette's first colour.
-class RunReader {
+class RunLengthReader {
   public:
-    RunReader(QIODevice& device, const BmpHeader& header, Canvas& canvas)
+    RunLengthReader(QIODevice& device, const BmpHeader& header, Canvas& canvas)
         : device_(device), header_(header), canvas_(canvas) {}
 
     double Read() {
@@ -165,7 +165,7 @@ class RunReader {
     }
 
     bool Run(int count) {
-        if (header_.packing == BmpHeader::Packing::Runs24) {
+        if (header_.packing == BmpHeader::Packing::RunLength24) {
             const std::optional<QRgb> color = Color();
             for (int i = 0; color && i < count; ++i) {
                 Put(*color);
@@ -183,7 +183,7 @@ class RunReader {
         int bytes = 0;
         int byte = 0;
         for (int i = 0; i < count; ++i) {
-            if (header_.packing == BmpHeader::Packing::Runs24) {
+            if (header_.packing == BmpHeader::Packing::RunLength24) {
                 const std::optional<QRgb> color = Color();
                 if (!color) {
                     return false;
@@ -192,7 +192,7 @@ class RunReader {
                 Put(*color);
                 continue;
             }
-            if (header_.packing == BmpHeader::Packing::Runs8 || i % 2 == 0) {
+            if (header_.packing == BmpHeader::Packing::RunLength8 || i % 2 == 0) {
                 byte = Byte();
                 ++bytes;
             }
@@ -206,7 +206,7 @@ class RunReader {
 
     /// Two pixels are in a byte where four bits make one.
     QRgb Indexed(int byte, int number) const {
-        const bool halves = header_.packing == BmpHeader::Packing::Runs4;
+        const bool halves = header_.packing == BmpHeader::Packing::RunLength4;
         const int index = !halves ? byte : number % 2 == 0 ? byte >> 4 : byte & 15;
         return header_.palette[static_cast<std::size_t>(index)];
     }
@@ -251,7 +251,7 @@ PartlyRead ReadBmp(QIODevice& device) {
     Canvas canvas(*header);
     const double share = header->packing == BmpHeader::Packing::Plain
                              ? ReadRows(device, *header, canvas)
-                             : RunReader(device, *header, canvas).Read();
+                             : RunLengthReader(device, *header, canvas).Read();
     return share > 0 ? PartlyRead{canvas.Take(), share} : PartlyRead{};
 }
 

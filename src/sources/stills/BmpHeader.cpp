@@ -65,11 +65,11 @@ std::optional<qint64> TakePacking(const Start& start, std::uint32_t size, BmpHea
         return 0;
     }
     if ((code == 1 && header.bits == 8) || (code == 2 && header.bits == 4)) {
-        header.packing = code == 1 ? Packing::Runs8 : Packing::Runs4;
+        header.packing = code == 1 ? Packing::RunLength8 : Packing::RunLength4;
         return 0;
     }
     if (size == kOs2Size) {
-        header.packing = Packing::Runs24;
+        header.packing = Packing::RunLength24;
         return code == 4 && header.bits == 24 ? std::optional<qint64>(0) : std::nullopt;
     }
     const bool masked = (code == 3 || code == 6) && (header.bits == 16 || header.bits == 32);

@@ -11,7 +11,7 @@ namespace lumirra {
 
 /// What a BMP file says of itself, brought to one form whatever the age of its header.
 struct BmpHeader {
-    enum class Packing { Plain, Runs4, Runs8, Runs24 };
+    enum class Packing { Plain, RunLength4, RunLength8, RunLength24 };
 
     int width = 0;  ///< both at least 1
     int height = 0;

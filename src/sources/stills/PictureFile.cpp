@@ -20,26 +20,26 @@ using namespace std::string_view_literals;
 struct Signature {
     std::string_view bytes;
     int offset;
-    PictureFormat format;
+    StillFormat format;
 };
 
 constexpr std::array kSignatures{
-    Signature{"\xFF\xD8\xFF"sv, 0, PictureFormat::Jpeg},
-    Signature{"\x89PNG\r\n\x1A\n"sv, 0, PictureFormat::Png},
-    Signature{"GIF87a"sv, 0, PictureFormat::Gif},
-    Signature{"GIF89a"sv, 0, PictureFormat::Gif},
-    Signature{"BM"sv, 0, PictureFormat::Bmp},
-    Signature{"II*\0"sv, 0, PictureFormat::Tiff},
-    Signature{"MM\0*"sv, 0, PictureFormat::Tiff},
-    Signature{"II+\0"sv, 0, PictureFormat::Tiff},
-    Signature{"MM\0+"sv, 0, PictureFormat::Tiff},
-    Signature{"WEBP"sv, 8, PictureFormat::Webp},
-    Signature{"\0\0\1\0"sv, 0, PictureFormat::Icon},
-    Signature{"\0\0\0\x0CjP  \r\n\x87\n"sv, 0, PictureFormat::Jpeg2000},
-    Signature{"\xFF\x4F\xFF\x51"sv, 0, PictureFormat::Jpeg2000},
+    Signature{"\xFF\xD8\xFF"sv, 0, StillFormat::Jpeg},
+    Signature{"\x89PNG\r\n\x1A\n"sv, 0, StillFormat::Png},
+    Signature{"GIF87a"sv, 0, StillFormat::Gif},
+    Signature{"GIF89a"sv, 0, StillFormat::Gif},
+    Signature{"BM"sv, 0, StillFormat::Bmp},
+    Signature{"II*\0"sv, 0, StillFormat::Tiff},
+    Signature{"MM\0*"sv, 0, StillFormat::Tiff},
+    Signature{"II+\0"sv, 0, StillFormat::Tiff},
+    Signature{"MM\0+"sv, 0, StillFormat::Tiff},
+    Signature{"WEBP"sv, 8, StillFormat::Webp},
+    Signature{"\0\0\1\0"sv, 0, StillFormat::Icon},
+    Signature{"\0\0\0\x0CjP  \r\n\x87\n"sv, 0, StillFormat::Jpeg2000},
+    Signature{"\xFF\x4F\xFF\x51"sv, 0, StillFormat::Jpeg2000},
 };
 
-std::optional<PictureFormat> FormatOf(const QByteArray& start) {
+std::optional<StillFormat> FormatOf(const QByteArray& start) {
     const std::string_view bytes(start.constData(), static_cast<std::size_t>(start.size()));
     for (const Signature& signature : kSignatures) {
         const auto offset = static_cast<std::size_t>(signature.offset);
@@ -100,7 +100,7 @@ Outcome<PictureFile> OpenPictureFile(const QString& path) {
     return PictureFile{std::move(file), *format};
 }
 
-QByteArray ToolkitFormat(PictureFormat format) {
+QByteArray ToolkitFormat(StillFormat format) {
     constexpr std::array names{"jpeg", "png", "gif", "bmp", "tiff", "webp", "ico", ""};
     return names.at(static_cast<std::size_t>(format));
 }

@@ -13,12 +13,12 @@
 namespace lumirra {
 
 /// The file formats told apart by their first bytes; the extension has no say.
-enum class PictureFormat { Jpeg, Png, Gif, Bmp, Tiff, Webp, Icon, Jpeg2000 };
+enum class StillFormat { Jpeg, Png, Gif, Bmp, Tiff, Webp, Icon, Jpeg2000 };
 
 /// A regular file open for reading at its start, and what it holds.
 struct PictureFile {
     std::unique_ptr<QFile> device;
-    PictureFormat format = PictureFormat::Png;
+    StillFormat format = StillFormat::Png;
 };
 
 /// What a file of which parts may be missing gives; pixels that could not be read are transparent.
@@ -32,7 +32,7 @@ struct PartlyRead {
 Outcome<PictureFile> OpenPictureFile(const QString& path);
 
 /// The toolkit's name of a format; empty for JPEG 2000, which it does not read.
-QByteArray ToolkitFormat(PictureFormat format);
+QByteArray ToolkitFormat(StillFormat format);
 
 /// Width and height in the header of a JPEG 2000 file; absent when there is none. The device's
 /// place is kept.

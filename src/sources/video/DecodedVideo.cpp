@@ -9,9 +9,9 @@ extern "C" {
 #include <new>
 
 #include "imaging/PictureFormat.h"
-#include "sources/video/FrameConverter.h"
-#include "sources/video/FrameFinder.h"
 #include "sources/video/MediaTime.h"
+#include "sources/video/VideoFrameConverter.h"
+#include "sources/video/VideoFrameFinder.h"
 
 namespace lumirra {
 
@@ -47,8 +47,8 @@ class DecodedVideo final : public OpenedVideo {
     double SecondsOf(double position) const;
     Failure Problem(double seconds, const QString& what) const;
 
-    FrameFinder finder_;
-    FrameConverter converter_;
+    VideoFrameFinder finder_;
+    VideoFrameConverter converter_;
     VideoInfo info_;
     double slackSeconds_ = 0;
     // The last picture, which is asked for again and again while a marker stands still.
@@ -59,7 +59,7 @@ class DecodedVideo final : public OpenedVideo {
 
 void DecodedVideo::FillInfo(const AVFrame& frame) {
     const AVStream& track = finder_.Stream().Track();
-    const FrameColor color = ColorOf(frame);
+    const VideoFrameColor color = ColorOf(frame);
     info_.display = DisplayOf(track, &frame);
     const QSize shown = info_.display.ShownSize({frame.width, frame.height});
     info_.durationSeconds = MediaDuration(finder_.Stream());
@@ -149,7 +149,7 @@ void DecodedVideo::FillInfoWithoutFrame() {
 }
 
 void DecodedVideo::ReadFirstFrame() {
-    const FrameFinder::Found first = finder_.At(0, {});
+    const VideoFrameFinder::Found first = finder_.At(0, {});
     if (first.frame) {
         FillInfo(*first.frame->frame);
     } else {
@@ -165,7 +165,7 @@ NearImage DecodedVideo::Near(double position, const std::stop_token& stop) try {
     // One to three frames of a 4K film, so that it is drawn more than twelve times a second.
     constexpr std::chrono::milliseconds kMoment{15};
     const std::int64_t time = finder_.Stream().TicksOf(SecondsOf(position) + slackSeconds_);
-    const auto near = finder_.Near(time, FrameFinder::Clock::now() + kMoment, stop);
+    const auto near = finder_.Near(time, VideoFrameFinder::Clock::now() + kMoment, stop);
     if (near.arrived || !near.frame) {
         return {At(position, stop), true};
     }
@@ -177,7 +177,7 @@ NearImage DecodedVideo::Near(double position, const std::stop_token& stop) try {
 SourceImage DecodedVideo::At(double position, const std::stop_token& stop) try {
     const double seconds = SecondsOf(position);
     const std::int64_t time = finder_.Stream().TicksOf(seconds + slackSeconds_);
-    const FrameFinder::Found found = finder_.At(time, stop);
+    const VideoFrameFinder::Found found = finder_.At(time, stop);
     if (stop.stop_requested()) {
         return {{}, Failure{Failure::Kind::Stopped, QStringLiteral("Stopped."), {}}};
     }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "sources/video/FrameFinder.h"
+#include "sources/video/VideoFrameFinder.h"
 
 namespace lumirra {
 
@@ -65,7 +65,7 @@ double DecodedEnd(const QString& path, double guess) {
         return 0;
     }
     constexpr double kFramesWithoutStamps = 5;  // seconds: far more than is between two stamps
-    FrameFinder finder(*std::move(opened), 0);
+    VideoFrameFinder finder(*std::move(opened), 0);
     const VideoStream& stream = finder.Stream();
     finder.At(stream.TicksOf(guess), {});
     const VideoFrame* last = finder.At(stream.TicksOf(guess + kFramesWithoutStamps), {}).frame;

@@ -5,10 +5,10 @@
 #include "sources/video/DecodedVideo.h"
 #include "sources/video/DeepTiff.h"
 #include "sources/video/Ffmpeg.h"
-#include "sources/video/FrameConverter.h"
 #include "sources/video/Jpeg2000.h"
 #include "sources/video/MediaFile.h"
 #include "sources/video/MediaTime.h"
+#include "sources/video/VideoFrameConverter.h"
 #include "sources/video/WideColor.h"
 
 namespace lumirra {
@@ -73,7 +73,7 @@ class FfmpegEngine final : public VideoEngine {
     QImage ReadDeepTiff(QIODevice& device) const override { return lumirra::ReadDeepTiff(device); }
 
     QImage FromVideoColor(const QImage& image, int transfer, int primaries) const override {
-        FrameColor color;
+        VideoFrameColor color;
         color.transfer = static_cast<AVColorTransferCharacteristic>(transfer);
         color.primaries = static_cast<AVColorPrimaries>(primaries);
         return color.IsWide() ? ToStandardColor(Converted(image, QImage::Format_RGBA64),

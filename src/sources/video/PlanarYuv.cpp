@@ -161,11 +161,11 @@ class ChromaRows {
 
 }  // namespace
 
-bool IsPlanarYuv(const AVFrame& frame, const FrameColor& color) {
+bool IsPlanarYuv(const AVFrame& frame, const VideoFrameColor& color) {
     return HalvingOf(frame.format) && LumaWeights(color.matrix);
 }
 
-QImage PlanarYuvPicture(const AVFrame& frame, const FrameColor& color) {
+QImage PlanarYuvPicture(const AVFrame& frame, const VideoFrameColor& color) {
     QImage image = NewPicture({frame.width, frame.height}, QImage::Format_RGBA8888);
     const YuvMatrix matrix = MatrixOf(*LumaWeights(color.matrix), color.fullRange);
     const Halving halving = *HalvingOf(frame.format);

@@ -8,7 +8,7 @@
 #include <QUrl>
 
 #include "imaging/files/FileName.h"
-#include "views/player/FramePixels.h"
+#include "views/player/VideoFramePixels.h"
 
 namespace lumirra {
 

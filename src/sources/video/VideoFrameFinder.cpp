@@ -1,4 +1,4 @@
-#include "sources/video/FrameFinder.h"
+#include "sources/video/VideoFrameFinder.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -22,7 +22,7 @@ long long BytesOf(const AVFrame& frame) {
 
 }  // namespace
 
-FrameFinder::Found FrameFinder::At(std::int64_t time, const std::stop_token& stop) {
+VideoFrameFinder::Found VideoFrameFinder::At(std::int64_t time, const std::stop_token& stop) {
     aside_.reset();
     if (!Covers(time)) {
         Enter(time);
@@ -40,8 +40,8 @@ FrameFinder::Found FrameFinder::At(std::int64_t time, const std::stop_token& sto
     return found;
 }
 
-FrameFinder::Approach FrameFinder::Near(std::int64_t time, Clock::time_point until,
-                                        const std::stop_token& stop) {
+VideoFrameFinder::Approach VideoFrameFinder::Near(std::int64_t time, Clock::time_point until,
+                                                  const std::stop_token& stop) {
     if (!Covers(time)) {
         KeepNearest(time);
         Enter(time);
@@ -61,7 +61,7 @@ FrameFinder::Approach FrameFinder::Near(std::int64_t time, Clock::time_point unt
     return {asideIsNearer ? &*aside_ : shown, false};
 }
 
-void FrameFinder::KeepNearest(std::int64_t time) {
+void VideoFrameFinder::KeepNearest(std::int64_t time) {
     const auto nearer = [&](const VideoFrame& a, const VideoFrame& b) {
         return std::abs(a.time - time) < std::abs(b.time - time);
     };
@@ -72,7 +72,7 @@ void FrameFinder::KeepNearest(std::int64_t time) {
 }
 
 /// Of the frames held, the last one that is not after `time`, else the first.
-const VideoFrame* FrameFinder::Shown(std::int64_t time) const {
+const VideoFrame* VideoFrameFinder::Shown(std::int64_t time) const {
     if (frames_.empty()) {
         return nullptr;
     }
@@ -83,7 +83,7 @@ const VideoFrame* FrameFinder::Shown(std::int64_t time) const {
 }
 
 // Whether decoding on from here leads to the frame without waste.
-bool FrameFinder::Covers(std::int64_t time) const {
+bool VideoFrameFinder::Covers(std::int64_t time) const {
     if (frames_.empty()) {
         return ended_;  // nothing in the whole file
     }
@@ -94,7 +94,7 @@ bool FrameFinder::Covers(std::int64_t time) const {
 }
 
 // Makes the first frame held one that is not after `time`, if there is such a frame at all.
-void FrameFinder::Enter(std::int64_t time) {
+void VideoFrameFinder::Enter(std::int64_t time) {
     std::int64_t back = 0;
     do {
         Forget();
@@ -104,14 +104,14 @@ void FrameFinder::Enter(std::int64_t time) {
     } while (!stream_.AtBeginning() && (frames_.empty() || frames_.front().time > time));
 }
 
-void FrameFinder::Forget() {
+void VideoFrameFinder::Forget() {
     frames_.clear();
     keptBytes_ = 0;
     ended_ = false;
     lostAtEnd_.reset();
 }
 
-void FrameFinder::Pull() {
+void VideoFrameFinder::Pull() {
     VideoFrame next = stream_.Next();
     if (!next.frame) {
         ended_ = true;

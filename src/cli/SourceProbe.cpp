@@ -1,4 +1,4 @@
-#include "cli/SourceLook.h"
+#include "cli/SourceProbe.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -21,7 +21,7 @@ Failure ProblemOf(const SourceImage& source, const QString& path) {
     return source.problem.value_or(unknown);
 }
 
-Outcome<SourceLook> LookAtVideo(const QString& path) {
+Outcome<SourceFacts> ProbeVideo(const QString& path) {
     auto opened = VideoReader::Open(path);
     if (!opened) {
         return opened.failure();
@@ -31,8 +31,9 @@ Outcome<SourceLook> LookAtVideo(const QString& path) {
     if (!info.decodable) {
         return ProblemOf(reader.At(0), path);  // every position is white, and says why
     }
-    return SourceLook{{static_cast<double>(info.shownWidth), static_cast<double>(info.shownHeight)},
-                      info.durationSeconds};
+    return SourceFacts{
+        {static_cast<double>(info.shownWidth), static_cast<double>(info.shownHeight)},
+        info.durationSeconds};
 }
 
 QString Size(int width, int height) {
@@ -136,9 +137,9 @@ Outcome<QString> DescribePicture(const QString& path, bool json) {
 
 }  // namespace
 
-Outcome<SourceLook> LookAt(const QStringList& sources, bool isVideo) {
+Outcome<SourceFacts> Probe(const QStringList& sources, bool isVideo) {
     if (isVideo) {
-        return LookAtVideo(sources.front());
+        return ProbeVideo(sources.front());
     }
     std::optional<Failure> first;
     for (const QString& path : sources) {
@@ -146,13 +147,13 @@ Outcome<SourceLook> LookAt(const QStringList& sources, bool isVideo) {
         const auto size = ImageTools::PixelSize(path);
         if (size && !IsFrameSize(size->width, size->height) &&
             size->width * size->height <= static_cast<double>(kMaxSourcePixels)) {
-            return SourceLook{*size, 0};
+            return SourceFacts{*size, 0};
         }
         const SourceImage source = VideoTools::ReadImageAtPosition(path, 0);
         if (!source.image.isNull()) {
-            return SourceLook{{static_cast<double>(source.image.width()),
-                               static_cast<double>(source.image.height())},
-                              0};
+            return SourceFacts{{static_cast<double>(source.image.width()),
+                                static_cast<double>(source.image.height())},
+                               0};
         }
         first = first ? *first : ProblemOf(source, path);
     }

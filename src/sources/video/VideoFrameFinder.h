@@ -11,11 +11,11 @@ namespace lumirra {
 
 /// Finds the frame that is shown at a time, decoding on when that is the shortest way and seeking
 /// back or ahead when not.
-class FrameFinder {
+class VideoFrameFinder {
   public:
     /// Frames passed on the way are kept as long as they take no more than `keepBytes`, so that
     /// going back to them costs nothing.
-    FrameFinder(VideoStream stream, long long keepBytes)
+    VideoFrameFinder(VideoStream stream, long long keepBytes)
         : stream_(std::move(stream)), keepBytes_(keepBytes) {}
 
     struct Found {

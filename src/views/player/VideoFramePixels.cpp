@@ -1,4 +1,4 @@
-#include "views/player/FramePixels.h"
+#include "views/player/VideoFramePixels.h"
 
 #include <QVideoFrameFormat>
 #include <algorithm>

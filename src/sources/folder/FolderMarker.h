@@ -8,18 +8,18 @@
 
 namespace lumirra {
 
-/// The marker file in a run's working folder. Its first line says that the folder is ours, by name,
-/// so that neither a copy nor anything made by hand passes for one; the lines that follow name the
-/// files that we put there; its lock is held for the life of the run, however that ends.
-class RunMarker {
+/// The marker file in the working folder of a process. Its first line holds the folder's name, so
+/// that neither a copy nor a file made by hand passes for one; the other lines name the files that
+/// the process put there. Its lock is held for the life of the process.
+class FolderMarker {
   public:
     /// Puts a marker into a new, empty folder; it is locked when it appears. Nothing, and `errno`,
     /// when that fails.
-    static std::optional<RunMarker> Create(const Descriptor& folder, const QByteArray& name);
-    /// The marker of a folder whose run is over, locked from here on. Nothing when the folder is
-    /// not one of ours or its run is alive.
-    static std::optional<RunMarker> Take(const Descriptor& folder, const QByteArray& name);
-    /// Whether the folder is ours and what it holds is to outlive its run. Takes no lock.
+    static std::optional<FolderMarker> Create(const Descriptor& folder, const QByteArray& name);
+    /// The marker of a folder whose process has ended, locked from here on. Nothing when the folder
+    /// is not one of ours or its process is alive.
+    static std::optional<FolderMarker> Take(const Descriptor& folder, const QByteArray& name);
+    /// Whether the folder is ours and its files are to outlive the process. Takes no lock.
     static bool IsKept(const Descriptor& folder, const QByteArray& name);
     /// Notes a file that is about to be made, when its folder is one of ours: 0, or the system's
     /// error number, and then the file is not to be made. Any thread, any process.
@@ -32,7 +32,7 @@ class RunMarker {
     void RemoveFiles(const Descriptor& folder) const;
 
   private:
-    explicit RunMarker(Descriptor file) : file_(std::move(file)) {}
+    explicit FolderMarker(Descriptor file) : file_(std::move(file)) {}
     Descriptor file_;
 };
 

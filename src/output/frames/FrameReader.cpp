@@ -1,4 +1,4 @@
-#include "output/frames/FrameFile.h"
+#include "output/frames/FrameReader.h"
 
 #include <spng.h>
 

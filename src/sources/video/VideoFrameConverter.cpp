@@ -1,4 +1,4 @@
-#include "sources/video/FrameConverter.h"
+#include "sources/video/VideoFrameConverter.h"
 
 extern "C" {
 #include <libavutil/pixdesc.h>
@@ -75,16 +75,16 @@ AVRational PixelAspect(const AVStream& track, const AVFrame* frame) {
 
 }  // namespace
 
-bool FrameColor::NeedsToneMap() const {
+bool VideoFrameColor::NeedsToneMap() const {
     return transfer == AVCOL_TRC_SMPTE2084 || transfer == AVCOL_TRC_ARIB_STD_B67;
 }
 
-bool FrameColor::IsWide() const {
+bool VideoFrameColor::IsWide() const {
     return NeedsToneMap() || primaries == AVCOL_PRI_BT2020 || primaries == AVCOL_PRI_SMPTE432 ||
            primaries == AVCOL_PRI_SMPTE431;
 }
 
-QString FrameColor::MatrixName() const {
+QString VideoFrameColor::MatrixName() const {
     switch (matrix) {
         case AVCOL_SPC_RGB:
             return QStringLiteral("rgb");
@@ -102,8 +102,8 @@ QString FrameColor::MatrixName() const {
     }
 }
 
-FrameColor ColorOf(const AVFrame& frame) {
-    FrameColor color;
+VideoFrameColor ColorOf(const AVFrame& frame) {
+    VideoFrameColor color;
     color.transfer = frame.color_trc;
     color.primaries = frame.color_primaries;
     if (IsRgb(frame.format)) {
@@ -148,15 +148,15 @@ DisplayTransform DisplayOf(const AVStream& track, const AVFrame* frame) {
     return display;
 }
 
-QImage FrameConverter::Convert(const AVFrame& frame, const DisplayTransform& display) {
-    const FrameColor color = ColorOf(frame);
+QImage VideoFrameConverter::Convert(const AVFrame& frame, const DisplayTransform& display) {
+    const VideoFrameColor color = ColorOf(frame);
     const QSize size = display.StretchedSize({frame.width, frame.height});
     return display.Upright(color.IsWide() ? ConvertWide(frame, color, size)
                                           : ConvertPlain(frame, color, size));
 }
 
-bool FrameConverter::Prepare(const AVFrame& frame, const FrameColor& color, int width, int height,
-                             AVPixelFormat target) {
+bool VideoFrameConverter::Prepare(const AVFrame& frame, const VideoFrameColor& color, int width,
+                                  int height, AVPixelFormat target) {
     constexpr int kFlags = SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP;
     // The library keeps the context while nothing about the pictures changes.
     scaler_.reset(sws_getCachedContext(scaler_.release(), frame.width, frame.height,
@@ -175,8 +175,8 @@ bool FrameConverter::Prepare(const AVFrame& frame, const FrameColor& color, int 
     return true;
 }
 
-QImage FrameConverter::ConvertPlain(const AVFrame& frame, const FrameColor& color,
-                                    const QSize& size) {
+QImage VideoFrameConverter::ConvertPlain(const AVFrame& frame, const VideoFrameColor& color,
+                                         const QSize& size) {
     if (size == QSize(frame.width, frame.height) && IsPlanarYuv(frame, color)) {
         return PlanarYuvPicture(frame, color);
     }
@@ -191,8 +191,8 @@ QImage FrameConverter::ConvertPlain(const AVFrame& frame, const FrameColor& colo
     return done == image.height() ? image : QImage();
 }
 
-QImage FrameConverter::ConvertWide(const AVFrame& frame, const FrameColor& color,
-                                   const QSize& size) {
+QImage VideoFrameConverter::ConvertWide(const AVFrame& frame, const VideoFrameColor& color,
+                                        const QSize& size) {
     QImage deep = NewPicture(size, QImage::Format_RGBA64);
     if (!Prepare(frame, color, deep.width(), deep.height(), AV_PIX_FMT_RGBA64)) {
         return {};

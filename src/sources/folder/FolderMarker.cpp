@@ -1,4 +1,4 @@
-#include "sources/folder/RunMarker.h"
+#include "sources/folder/FolderMarker.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -96,7 +96,7 @@ QByteArray OwnerOf(const QByteArray& name) {
 
 }  // namespace
 
-std::optional<RunMarker> RunMarker::Create(const Descriptor& folder, const QByteArray& name) {
+std::optional<FolderMarker> FolderMarker::Create(const Descriptor& folder, const QByteArray& name) {
     Descriptor file(::openat(folder.Get(), kUnfinishedMarker,
                              O_RDWR | O_APPEND | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     if (!file.IsOpen()) {
@@ -113,23 +113,23 @@ std::optional<RunMarker> RunMarker::Create(const Descriptor& folder, const QByte
         errno = error;
         return std::nullopt;
     }
-    return RunMarker(std::move(file));
+    return FolderMarker(std::move(file));
 }
 
-std::optional<RunMarker> RunMarker::Take(const Descriptor& folder, const QByteArray& name) {
+std::optional<FolderMarker> FolderMarker::Take(const Descriptor& folder, const QByteArray& name) {
     Descriptor file = OpenMarker(folder, name);
     if (!file.IsOpen() || ::flock(file.Get(), LOCK_EX | LOCK_NB) != 0 || !IsThere(file)) {
         return std::nullopt;
     }
-    return RunMarker(std::move(file));
+    return FolderMarker(std::move(file));
 }
 
-bool RunMarker::IsKept(const Descriptor& folder, const QByteArray& name) {
+bool FolderMarker::IsKept(const Descriptor& folder, const QByteArray& name) {
     const Descriptor file = OpenMarker(folder, name);
     return file.IsOpen() && SaysKept(WordsIn(Contents(file)));
 }
 
-int RunMarker::NoteFile(const QByteArray& path) {
+int FolderMarker::NoteFile(const QByteArray& path) {
     const qsizetype slash = path.lastIndexOf('/');
     const QByteArray folderPath = slash < 0 ? QByteArray(".") : path.first(slash);
     const QByteArray folderName = folderPath.mid(folderPath.lastIndexOf('/') + 1);
@@ -138,15 +138,15 @@ int RunMarker::NoteFile(const QByteArray& path) {
     return marker.IsOpen() ? WriteWhole(marker, Line(kFileWord + path.mid(slash + 1))) : 0;
 }
 
-int RunMarker::NoteKept(bool kept) {
+int FolderMarker::NoteKept(bool kept) {
     return WriteWhole(file_, Line(kept ? kKeepWord : kDropWord));
 }
 
-bool RunMarker::IsKept() const {
+bool FolderMarker::IsKept() const {
     return SaysKept(WordsIn(Contents(file_)));
 }
 
-void RunMarker::RemoveFiles(const Descriptor& folder) const {
+void FolderMarker::RemoveFiles(const Descriptor& folder) const {
     const QByteArrayList words = WordsIn(Contents(file_));
     const QSet<QByteArray> noted(words.begin(), words.end());
     bool left = false;
