@@ -21,7 +21,7 @@ struct OptionRow {
     const char* help;   ///< one sentence or more, without a line break
 };
 
-/// All options, in the order in which they are told of.
+/// All options, in the order of the help text.
 std::span<const OptionRow> OptionTable();
 
 /// What --help prints.

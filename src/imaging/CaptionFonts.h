@@ -21,9 +21,9 @@ struct CaptionFont {
     Match match = Match::None;
 };
 
-/// What is drawn for that name. A family that is not installed is stood in for by what the system's
-/// font configuration says of that name in particular, else by a free family of the same character;
-/// without one, by a family that has the letters of `text`. Any thread; fonts that are installed
+/// The font drawn for that name. A family that is not installed is replaced by the one that the
+/// system's font configuration names for it, else by a free family of the same character, else
+/// by a family that has the letters of `text`. Any thread; fonts that are installed
 /// while the program runs are not seen.
 CaptionFont FontForName(const QString& name, const QString& text = {});
 

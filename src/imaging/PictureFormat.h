@@ -5,8 +5,8 @@
 
 namespace lumirra {
 
-// Making pictures. A picture that finds no memory is never a null picture to be mistaken for "there
-// is none": it is std::bad_alloc, for whoever answers for the whole work to tell.
+// Allocating and converting pictures. Running out of memory throws std::bad_alloc, so that a null
+// picture always means "no picture".
 
 /// A picture to be filled; both sides at least 1.
 QImage NewPicture(const QSize& size, QImage::Format format);
@@ -19,7 +19,7 @@ uchar* OwnPixels(QImage& picture);
 
 /// The picture in that format, as the toolkit converts it; a null one stays null. The toolkit would
 /// wait for threads of its own, for ever where the system has none left: here the work is done on
-/// the calling thread and, if there are any to be had, on `threads` others.
+/// the calling thread and on up to `threads` others, as far as the system gives any.
 QImage Converted(QImage picture, QImage::Format format, int threads = 1);
 
 /// Colours of a picture of Format_RGBA8888 or Format_RGBA64 by the transform; threads as above. The

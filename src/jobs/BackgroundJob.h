@@ -9,8 +9,8 @@
 
 namespace lumirra {
 
-/// The one long job that may run beside the window, on a thread of its own, and what it tells the
-/// main thread. Main thread, except where an operation says otherwise.
+/// Runs one long job at a time on a thread of its own and delivers its messages on the main thread.
+/// Call from the main thread, except where an operation says otherwise.
 class BackgroundJob : public QObject {
     Q_OBJECT
 
@@ -19,15 +19,15 @@ class BackgroundJob : public QObject {
     using Work = std::function<void(const std::stop_token& stop)>;
 
     explicit BackgroundJob(QObject* parent = nullptr);
-    /// Stops the work and waits for it; what it had still to say is dropped.
+    /// Stops the work and waits for it; messages not yet delivered are dropped.
     ~BackgroundJob() override;
 
     /// `None` when no job runs.
     Kind Running() const { return kind_; }
 
-    /// Only while none runs; false when no thread can be had for it. `finished` is called when the
-    /// work has returned and all its messages were delivered; the job has ended by then, so that it
-    /// may start the next.
+    /// Precondition: no job runs. False when the system gives no thread. `finished` is called after
+    /// the work has returned and all its messages are delivered; the job has ended by then, so that
+    /// `finished` may start the next.
     [[nodiscard]] bool Start(Kind kind, Work work, std::function<void()> finished);
 
     /// Asks the work to stop, waits until it returns, delivers its messages and calls `finished`,

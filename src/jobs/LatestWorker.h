@@ -16,25 +16,25 @@ class LatestWorker : public QObject {
     Q_OBJECT
 
   public:
-    /// On the worker: gives what is to be done with the answer, on the main thread. `stop` is set
-    /// when nobody wants the answer any more.
+    /// Runs on the worker thread and returns a function that delivers its answer on the main
+    /// thread. `stop` is requested when the answer is no longer wanted.
     using Deliver = std::function<void()>;
     using Work = std::function<Deliver(const std::stop_token& stop)>;
 
-    /// What becomes of the answer that is being worked on when a newer request comes.
+    /// What happens to the answer of the running request when a newer one is submitted.
     enum class Older { Dropped, Delivered };
 
     explicit LatestWorker(QObject* parent = nullptr);
-    /// Waits for the work; nothing is delivered any more.
+    /// Waits for the running request; its answer is dropped.
     ~LatestWorker() override;
 
     void Submit(Work work, Older older = Older::Dropped);
-    /// Nothing that was asked for so far is wanted any more.
+    /// Cancels the running and the waiting request.
     void Forget();
 
-    /// Something is being worked on, wanted or not.
+    /// A request is running, cancelled or not.
     bool IsBusy() const { return busy_; }
-    /// A newer request will be answered in place of the running one.
+    /// The running request was replaced by a newer one that waits.
     bool IsReplaced() const { return busy_ && dropped_ && next_; }
 
   Q_SIGNALS:

@@ -7,8 +7,8 @@
 
 namespace lumirra {
 
-/// Everything the controller asks of the user or of the desktop. The window shows real dialogs,
-/// tests answer from a script. Main thread.
+/// Questions, alerts, file panels and addresses: the one interface to the user's answers and to the
+/// desktop. The window shows real dialogs, tests answer from a script. Main thread.
 class Dialogs {
   public:
     virtual ~Dialogs() = default;
@@ -47,7 +47,7 @@ class Dialogs {
     /// Absent: cancelled.
     virtual std::optional<double> AskNumber(const NumberRequest& request) = 0;
 
-    /// Opens the address with the desktop's handler; the outcome is nobody's business.
+    /// Opens the address with the desktop's handler. Failures are not reported.
     virtual void OpenAddress(const QUrl& address) = 0;
 
     /// A report with the single button "OK".

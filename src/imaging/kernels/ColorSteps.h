@@ -32,7 +32,7 @@ struct Power {
     std::optional<float> least;
 };
 
-/// What is done to each pixel by itself, in this order, colours clamped to 0..1 after every step. A
+/// Per-pixel adjustments, applied in this order, colours clamped to 0..1 after every step. A
 /// neutral step is absent. All values are finite.
 struct ColorSteps {
     std::optional<float> brightness;

@@ -18,7 +18,7 @@ struct Sketch {
     float edge = 0;
 };
 
-/// What needs a pixel's neighbours, with what comes before and after it.
+/// Effects that read a pixel's neighbours, with the color steps before and the vignette after.
 struct EdgeEffects {
     ColorSteps steps;
     std::optional<Cartoon> cartoon;

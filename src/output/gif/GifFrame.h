@@ -34,7 +34,7 @@ struct GifFrame {
         rowsDone.store(rows, std::memory_order_release);
         rowsDone.notify_all();
     }
-    /// Whoever waits for rows of this frame waits no longer.
+    /// Wakes every thread that waits for rows of this frame.
     void Release() { FinishRows(std::numeric_limits<int>::max()); }
 };
 

@@ -25,8 +25,8 @@ struct FfmpegDeleter {
     }
 };
 
-/// What the libraries print is meant for a terminal; our own messages say what the user can use.
-/// To be called before anything is read.
+/// Turns off the libraries' own log output; errors are reported by our messages.
+/// Call before anything is read.
 inline void SilenceLibraries() {
     av_log_set_level(AV_LOG_QUIET);
 }

@@ -11,27 +11,27 @@
 
 namespace lumirra {
 
-/// What a playing film has to say, from the event loop. Each may end the film.
+/// Callbacks of a playing film, called from the event loop. Each may destroy the film.
 struct FilmReports {
     std::function<void()> newPicture;
     std::function<void()> ended;
     std::function<void(const QString& reason)> failed;
 };
 
-/// A film that plays from when it is made until it is destroyed, with sound where there is a device
-/// for it. Main thread.
+/// Plays from construction to destruction, with sound where the system has an output device. Main
+/// thread.
 class Film {
   public:
     virtual ~Film() = default;
-    /// Of the newest picture as it is shown; empty before the first.
+    /// Size of the newest picture as it is shown; empty before the first.
     virtual QSize PictureSize() const = 0;
-    /// The newest picture as it is shown, at `size` (no larger than its own), into `image` (made
-    /// anew unless it has that size). False when there is none that can be drawn.
+    /// Draws the newest picture as it is shown into `image`, scaled to `size` (no larger than its
+    /// own); `image` is allocated unless it has that size. False without a picture to draw.
     virtual bool Draw(const QSize& size, QImage& image) const = 0;
 };
 
-/// The toolkit's player. It is a library of its own, loaded when first asked for: it brings some
-/// twenty others.
+/// The toolkit's player: a module loaded on first use, since it links about twenty
+/// libraries.
 class FilmPlayer {
   public:
     virtual ~FilmPlayer() = default;
@@ -40,8 +40,8 @@ class FilmPlayer {
                                        FilmReports reports) const = 0;
 };
 
-/// The player, which lives as long as the program. The first call loads it, others that come
-/// meanwhile wait; any thread. Fails, then and ever after, when its library does not load.
+/// The player, alive until the program ends. The first call loads the module and concurrent calls
+/// wait for it; any thread. A failure to load is permanent: every later call fails too.
 Outcome<const FilmPlayer*> LoadedFilmPlayer();
 
 }  // namespace lumirra
