@@ -2,9 +2,10 @@
 // "start" ends once the window has been painted and answers; the others hold a knob with a made-up
 // mouse for some seconds and say how many pictures a second appeared, and how long after the
 // release the exact one stood there. "strip" fills the list with 2000 frames and tells how long the
-// window is held up by one more, by a selection and by scrolling through them all. All but "start"
-// need a platform with a display or "offscreen".
+// window is held up by one more, by a selection, by scrolling through them all and by the commands
+// that change all of them. All but "start" need a platform with a display or "offscreen".
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -132,6 +133,18 @@ void WorkUntil(const std::function<bool()>& holds) {
     }
 }
 
+/// A command of the Edit menu, until its last event is done.
+void TimeCommand(TimedApplication& application, ViewController& window, const char* action) {
+    application.TakeLongestMs();
+    QElapsedTimer clock;
+    clock.start();
+    window.findChild<QAction*>(QLatin1String(action))->trigger();
+    const double held = double(clock.nsecsElapsed()) / 1e6;
+    Work(300);  // the strip is painted, and what follows the list has its turn
+    std::printf("%-24s %6.1f ms; longest stretch afterwards %.1f ms\n", action, held,
+                application.TakeLongestMs());
+}
+
 int FillStrip(TimedApplication& application, ViewController& window) {
     constexpr int kFrames = 2000;
     const auto button = [&](const char* name) {
@@ -172,6 +185,12 @@ int FillStrip(TimedApplication& application, ViewController& window) {
         Work(5);
     }
     std::printf("scrolling: longest stretch %.1f ms\n", application.TakeLongestMs());
+    for (const char* action :
+         {"actionSelectAllFrames", "actionReverseFrames", "actionUndo", "actionDuplicateFrames",
+          "actionUndo", "actionForthAndBack", "actionUndo", "actionCutFrames", "actionPasteFrames",
+          "actionUndo", "actionUndo"}) {
+        TimeCommand(application, window, action);
+    }
     return 0;
 }
 

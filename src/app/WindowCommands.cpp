@@ -22,8 +22,8 @@ void ViewController::BindProjectCommands() {
     actions_->Bind(Command::LoadProfile, [this] { OnLoadProfile(); });
     actions_->Bind(Command::SaveProfile, [this] { OnSaveProfile(); });
     actions_->Bind(Command::SaveProfileAs, [this] { OnSaveProfileAs(); });
-    actions_->Bind(Command::Undo, [this] { project_.Undo(); });
-    actions_->Bind(Command::Redo, [this] { project_.Redo(); });
+    actions_->Bind(Command::Undo, [this] { frames_->Undo(); });
+    actions_->Bind(Command::Redo, [this] { frames_->Redo(); });
     actions_->Bind(Command::HowToVideo, [this] { OnHowToMakeAGifFromAVideo(); });
     actions_->Bind(Command::HowToImages, [this] { OnHowTocreateAGifFromImages(); });
     actions_->Bind(Command::KeyboardShortcuts, [this] { ShowShortcuts(*this); });

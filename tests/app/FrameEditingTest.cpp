@@ -76,6 +76,7 @@ TEST_F(FrameEditing, DelaysAreTypedShownAndSummed) {
     TypeDelay(QStringLiteral("2"));
     EXPECT_EQ(Shown(), QStringLiteral("10 20 30:200*"));
     EXPECT_EQ(Strip().Badge(2), QStringLiteral("2 s"));
+    EXPECT_TRUE(Strip().hasFocus()) << "the arrows go on from there";
     EXPECT_TRUE(Strip().Badge(1).isEmpty());
     EXPECT_EQ(TextOf("labelFramesTotal"), QStringLiteral("2.20 s in all"));
     Select({0, 2});
@@ -164,8 +165,12 @@ TEST_F(FrameEditing, FramesAreDraggedInOneStep) {
     QTest::mouseRelease(Strip().viewport(), Qt::LeftButton, {}, at(2) + QPoint(0, 20));
     EXPECT_EQ(Shown(), QStringLiteral("30 10* 20* 40"));
     EXPECT_EQ(TheProject().UndoLabel(), QStringLiteral("Move Frames"));
+    Strip().resize(204, 200);
+    Strip().ScrollTo(Strip().Geometry().FurthestOffset());
     Trigger("actionUndo");
     EXPECT_EQ(Shown(), QStringLiteral("10* 20* 30 40"));
+    EXPECT_TRUE(Strip().viewport()->rect().contains(Strip().CellRect(Frames().Tag())))
+        << "what comes back can be seen";
     window.DisableAllControls();
     QTest::mousePress(Strip().viewport(), Qt::LeftButton, {}, at(1));
     QTest::mouseMove(Strip().viewport(), at(3));

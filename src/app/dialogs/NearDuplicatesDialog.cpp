@@ -16,6 +16,7 @@ namespace {
 
 constexpr double kUsualThreshold = 1;
 constexpr double kLargestThreshold = 64;
+constexpr int kFieldWidth = 84;
 
 }  // namespace
 
@@ -34,6 +35,7 @@ NearDuplicatesDialog::NearDuplicatesDialog(QWidget* parent)
     threshold_->setRange(0, kLargestThreshold);
     threshold_->setDecimals(2);
     threshold_->setSingleStep(0.25);
+    threshold_->setMinimumWidth(kFieldWidth);
     threshold_->setValue(kUsualThreshold);
     threshold_->setAccessibleName(tr("Largest difference in levels"));
     threshold_->setToolTip(tr("The mean difference of two pictures, of 255 levels"));

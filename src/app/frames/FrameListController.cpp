@@ -129,6 +129,25 @@ void FrameListController::ApplyInView(Edit edit) {
     ui_.scrollViewFrames->Reveal(project_.State().frames.Tag());
 }
 
+void FrameListController::Undo() {
+    const QList<Frame> before = project_.State().frames.Frames();
+    project_.Undo();
+    RevealIfChanged(before);
+}
+
+void FrameListController::Redo() {
+    const QList<Frame> before = project_.State().frames.Frames();
+    project_.Redo();
+    RevealIfChanged(before);
+}
+
+void FrameListController::RevealIfChanged(const QList<Frame>& before) {
+    const FrameList& frames = project_.State().frames;
+    if (frames.Frames() != before) {
+        ui_.scrollViewFrames->Reveal(frames.Tag());
+    }
+}
+
 std::function<Frame(const Frame&)> FrameListController::Copies() {
     return [this](const Frame& frame) { return project_.Store().Duplicate(frame); };
 }

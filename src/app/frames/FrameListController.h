@@ -42,6 +42,10 @@ class FrameListController : public QObject {
     void Reverse();
     void ForthAndBack();
 
+    /// The project's last step, with the frames that it was about in view.
+    void Undo();
+    void Redo();
+
     void RebuildFrameStrip();
     void RefreshFrameSelection();
 
@@ -49,6 +53,7 @@ class FrameListController : public QObject {
     void Follow(ProjectChanges what);
     std::function<Frame(const Frame&)> Copies();
     void ApplyInView(Edit edit);
+    void RevealIfChanged(const QList<Frame>& before);
     void ShowMoved(Edit edit, int offset);
 
     Project& project_;

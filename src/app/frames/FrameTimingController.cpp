@@ -43,6 +43,8 @@ FrameTimingController::FrameTimingController(Project& project, Dialogs& dialogs,
     ui_.fieldFrameDelay->installEventFilter(this);
     connect(ui_.fieldFrameDelay, &QLineEdit::editingFinished, this,
             &FrameTimingController::CommitTyping);
+    connect(ui_.fieldFrameDelay, &QLineEdit::returnPressed, ui_.scrollViewFrames,
+            qOverload<>(&QWidget::setFocus));
     connect(&project, &Project::Changed, this, &FrameTimingController::Follow);
 }
 
