@@ -58,21 +58,23 @@ class Files(CliTest):
                     self.assertIn("Size:", self.succeed("--info", source).stdout)
                 torn = at(b"-torn.jpg")
                 whole = self.work / "whole.jpg"
-                ffmpeg("-i", self.clip, "-vf", "scale=800:600", "-frames:v", "1", "-update", "1", whole)
+                ffmpeg("-i", self.clip, "-vf", "scale=800:600", "-frames:v", "1", "-update", "1",
+                       whole)
                 torn.write_bytes(whole.read_bytes()[:whole.stat().st_size // 2])
                 told = self.succeed("--info", torn).stdout
                 self.assertRegex(told, r"torn\.jpg\" is cut short: only \d+ % of the picture")
 
     def on_a_small_disk(self, kilobytes, *arguments):
-        """Runs it where `disk` is a file system of that size, with p.lmr and old.gif from here on it;
-        gives the run and what is on the disk afterwards. Nobody's rights are ignored, root's
+        """Runs it where `disk` is a file system of that size, with p.lmr and old.gif from here on
+        it; gives the run and what is on the disk afterwards. Nobody's rights are ignored, root's
         neither."""
         disk, after = self.work / "disk", self.work / "after"
         disk.mkdir(exist_ok=True)
         shutil.rmtree(after, ignore_errors=True)
         after.mkdir()
-        script = ("mount -t tmpfs -o size=$1k lumirra-test disk && shift && cp p.lmr old.gif disk && "
-                  "{ setpriv --bounding-set=-all \"$@\"; code=$?; cp -a disk/. after; exit $code; }")
+        script = ("mount -t tmpfs -o size=$1k lumirra-test disk && shift && cp p.lmr old.gif disk "
+                  "&& { setpriv --bounding-set=-all \"$@\"; code=$?; cp -a disk/. after; "
+                  "exit $code; }")
         unshare = ["unshare", "-m"] if os.geteuid() == 0 else ["unshare", "-rm"]
         result = subprocess.run(
             [*unshare, "sh", "-c", script, "sh", str(kilobytes), CLI, *map(str, arguments)],

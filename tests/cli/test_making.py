@@ -92,8 +92,9 @@ class Making(CliTest):
             self.assertEqual(max(color), color[channel], (frame, color))
         self.succeed(self.clips / "red.png", "-o", self.out, "--set", "textFieldDimensionsWidth=32")
         self.assertEqual(gif_size(self.out), (32, 24))
-        self.refuse(1, self.clips / "red.png", "-o", self.out, "--set", "textFieldDimensionsWidth=32",
-                  "--set", "textFieldDimensionsHeight=99", saying="32x99")
+        self.refuse(1, self.clips / "red.png", "-o", self.out,
+                    "--set", "textFieldDimensionsWidth=32",
+                    "--set", "textFieldDimensionsHeight=99", saying="32x99")
 
     def test_settings_reach_the_picture(self):
         self.succeed(self.clips / "red.png", "-o", self.out, "--set", "sliderSaturation=0")

@@ -64,7 +64,8 @@ class Profiles(CliTest):
             again = self.work / "again.gif"
             self.succeed(tiny, "-o", again, "-p", "p.lmr")
             self.assertEqual(self.out.read_bytes(), again.read_bytes())
-        self.succeed(self.clips / "red.png", "-o", self.out, "--set", "textFieldDimensionsWidth=960")
+        self.succeed(self.clips / "red.png", "-o", self.out, "--set",
+                     "textFieldDimensionsWidth=960")
         self.assertEqual(gif_size(self.out), (960, 720))
         self.refuse(1, tiny, "--set", "textFieldDimensionsWidth=512", "--set",
                     "textFieldDimensionsHeight=512", "--write-profile", "q.lmr",
@@ -84,7 +85,8 @@ class Profiles(CliTest):
         for damage in (FRESH + b"\n", FRESH[:-1], FRESH.replace(b"\n", b"\r\n"), b"\xff" + FRESH,
                        FRESH.replace(b"32.0", b"x"), b""):
             (self.work / "p.lmr").write_bytes(damage)
-            self.refuse(1, self.clip, "-o", self.out, "-p", "p.lmr", saying="Could not load profile.")
+            self.refuse(1, self.clip, "-o", self.out, "-p", "p.lmr",
+                        saying="Could not load profile.")
         self.assertFalse(self.out.exists())
 
 

@@ -159,7 +159,8 @@ def photos(folder):
 
     yield by_exif
     linear = ("setparams=color_primaries=bt709:color_trc=bt709:colorspace=gbr,"
-              "zscale=t=linear:npl=203,format=gbrpf32le,zscale=p=2020:m=2020_ncl:r=limited:npl=203:t=")
+              "zscale=t=linear:npl=203,format=gbrpf32le,"
+              "zscale=p=2020:m=2020_ncl:r=limited:npl=203:t=")
     bt2020 = ("-colorspace", "bt2020nc", "-color_primaries", "bt2020", "-color_trc")
     hevc = ("-c:v", "libx265", "-x265-params", "log-level=error", "-tag:v", "hvc1")
     for name, conversion, *options in (
