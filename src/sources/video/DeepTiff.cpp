@@ -161,4 +161,11 @@ QImage ReadDeepTiff(QIODevice& device) {
     return image;
 }
 
+LibraryInUse TiffLibrary() {
+    // "LIBTIFF, Version 4.5.0", a line of rights after it
+    const QString line = QString::fromLatin1(TIFFGetVersion()).section(QLatin1Char('\n'), 0, 0);
+    return {QStringLiteral("libtiff"), line.section(QLatin1Char(' '), -1),
+            QStringLiteral("libtiff")};
+}
+
 }  // namespace lumirra

@@ -85,7 +85,7 @@ class FfmpegEngine final : public VideoEngine {
         return {Library("libavformat", avformat_version(), avformat_license()),
                 Library("libavcodec", avcodec_version(), avcodec_license()),
                 Library("libavutil", avutil_version(), avutil_license()),
-                Library("libswscale", swscale_version(), swscale_license())};
+                Library("libswscale", swscale_version(), swscale_license()), TiffLibrary()};
     }
 };
 
