@@ -3,6 +3,8 @@ found, and one that is missing is told of.
 
 usage: test_install.py BUILD_FOLDER MEDIA_FOLDER
 """
+import json
+import os
 import pathlib
 import re
 import subprocess
@@ -45,6 +47,28 @@ class Install(unittest.TestCase):
             self.assertEqual(self.run_cli("--info", picture).returncode, 0, "pictures need it not")
         finally:
             module.with_suffix(".away").rename(module)
+
+    def test_the_list_of_libraries_is_whole(self):
+        script = pathlib.Path(__file__).resolve().parents[2] / "scripts/list-libraries"
+        made = subprocess.run([script, self.prefix], env={**os.environ, "SOURCE_DATE_EPOCH": "1"},
+                              capture_output=True, text=True, timeout=120)
+        self.assertEqual(made.returncode, 0, made.stderr)
+        listed = json.loads(made.stdout)
+        needs = {row["ref"]: row["dependsOn"] for row in listed["dependencies"]}
+        components = {entry["bom-ref"]: entry for entry in listed["components"]}
+        program = listed["metadata"]["component"]["bom-ref"]
+        self.assertEqual(set(needs), {*components, program})
+        for entry in components.values():
+            self.assertTrue(entry["licenses"] and entry["version"], entry["name"])
+        # from the programs one comes to each of them, also behind the modules
+        reached, ahead = set(), [program]
+        while ahead:
+            reached.add(ref := ahead.pop())
+            ahead += set(needs[ref]) - reached
+        self.assertEqual(reached, set(needs))
+        direct = {components[ref]["name"] for ref in needs[program]}
+        for name in ("libqt6widgets", "libqt6multimedia", "libavcodec", "libtiff", "libc6"):
+            self.assertTrue(any(other.startswith(name) for other in direct), name)
 
     def test_the_help_finds_its_pages_and_pictures(self):
         pages = list((self.prefix / "share/lumirra/help").glob("*.html"))
