@@ -110,6 +110,7 @@ void ViewController::ShowFrameMenu(const QPoint& where) {
                                                           Command::PasteFrames,
                                                           Command::DuplicateFrames,
                                                           Command::RemoveSelectedFrame,
+                                                          Command::RemoveAllFrames,
                                                           Command::SelectAllFrames,
                                                           kSeparator,
                                                           Command::MoveFramesUp,

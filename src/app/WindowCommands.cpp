@@ -62,7 +62,10 @@ void ViewController::BindFrameCommands() {
     actions_->Bind(Command::ChangeSpeed, [this] { timing_->ChangeSpeed(); });
     actions_->Bind(Command::KeepEveryNth, [this] { thinning_->KeepEveryNth(); });
     actions_->Bind(Command::RemoveNearDuplicates, [this] { thinning_->RemoveNearDuplicates(); });
-    actions_->Bind(Command::ShowFrame, [this] { shownFrame_->ShowOrHide(); });
+    actions_->Bind(Command::ShowFrame, [this] {
+        StopPlayback();
+        shownFrame_->ShowOrHide();
+    });
     actions_->Bind(Command::GoToSource, [this] { GoToSource(); });
     actions_->Bind(Command::SelectAllFrames, [this] { frames_->SelectAll(); });
     actions_->Bind(Command::DuplicateFrames, [this] { frames_->Duplicate(); });

@@ -238,14 +238,25 @@ TEST_F(FrameEditing, AFrameIsShownLargeUntilAnythingMoves) {
         });
     };
     Select({1});
+    auto& panel = *view.parentWidget();
+    const auto invitations = [&] {
+        int shown = 0;
+        for (const QPushButton* button : panel.findChildren<QPushButton*>()) {
+            shown += button->isVisible() ? 1 : 0;
+        }
+        return shown;
+    };
+    EXPECT_EQ(invitations(), 2) << "no source is open";
     Trigger("actionShowFrame");
     ASSERT_TRUE(shows(200));
-    EXPECT_EQ(view.geometry(), view.parentWidget()->rect());
+    EXPECT_EQ(invitations(), 0);
+    EXPECT_EQ(view.geometry(), panel.rect());
     TheProject().Follow(WithFrameClicked(TheProject().State(), 0, false));
     ASSERT_TRUE(shows(10)) << "another one is shown in its place";
     EXPECT_TRUE(view.Hint().contains(QStringLiteral("Frame 1")));
     QTest::keyClick(&Strip(), Qt::Key_Escape);
     EXPECT_FALSE(view.isVisible());
+    EXPECT_EQ(invitations(), 2);
     EXPECT_EQ(Frames().SelectedIds().size(), 1) << "the selection is left to the next Escape";
     Trigger("actionShowFrame");
     ASSERT_TRUE(shows(10));

@@ -84,6 +84,7 @@ class Session(GifSteps, unittest.TestCase):
             self.opens_by_the_panel(clip)
             self.adds_frames_by_hand()
             self.selects_and_moves_frames()
+            self.drags_and_times_frames()
             self.removes_frames()
             self.adds_frames_automatically()
             numbers = [0, 54, 0, 30, 60, FRAMES - 1]
@@ -269,6 +270,23 @@ class Session(GifSteps, unittest.TestCase):
         self.desk.key("Down")
         until(lambda: self.selected() == [2], "the arrow key to select")
         self.shot("moved")
+
+    def drags_and_times_frames(self):
+        left, top, side, _ = self.app.place(self.frame(2))
+        middle = left + side / 2
+        self.desk.drag((middle, top + side / 2), (middle, self.app.place(self.frame(0))[1] + 20))
+        self.expect_strip([27, 0, 54])
+        self.assertEqual(self.selected(), [0])
+        self.desk.key("ctrl+t")
+        self.desk.type("2")
+        self.desk.key("Return")
+        until(lambda: self.app.text("labelFramesTotal") == "2.20 s in all", "the sum of delays")
+        self.assertEqual(self.frame(0).name, "Frame 1 · 0.00 s, shown for 2 s")
+        self.shot("delay")
+        self.desk.key("ctrl+z", "ctrl+z")
+        self.expect_strip([0, 54, 27])
+        self.assertEqual(self.app.text("labelFramesTotal"), "0.30 s in all")
+        self.assertEqual(self.selected(), [2])
 
     def removes_frames(self):
         self.desk.key("Delete")

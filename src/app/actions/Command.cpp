@@ -28,7 +28,7 @@ constexpr std::array<CommandRow, kCommandCount> kTable{{
     {Command::AddFrame, nullptr, "buttonAddFrame"},
     {Command::AddFramesAutomatically, nullptr, "buttonAddFramesAutomatically"},
     {Command::RemoveSelectedFrame, "actionRemoveFrames", "buttonRemoveSelectedFrame"},
-    {Command::RemoveAllFrames, nullptr, "buttonRemoveAllFrames"},
+    {Command::RemoveAllFrames, "actionRemoveAllFrames", "buttonRemoveAllFrames"},
     {Command::MoveUp, nullptr, "buttonMoveUp"},
     {Command::MoveDown, nullptr, "buttonMoveDown"},
     {Command::MoveFramesUp, "actionMoveFramesUp", nullptr},

@@ -78,6 +78,7 @@ std::vector<ShortcutRow> ShortcutRows() {
             {"Ctrl+Shift+D", "Remove near-duplicates"},
             {"Ctrl+F, Ctrl+J", "Show the frame, or its place in the source"},
             {"Delete", "Remove the selected frames from the list"},
+            {"Ctrl+Shift+Del", "Remove all frames"},
             {"Ctrl+Z, Ctrl+Shift+Z", "Undo, redo"},
             {"Ctrl+N", "New project"},
             {"Ctrl+O", "Open a video"},

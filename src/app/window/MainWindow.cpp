@@ -47,6 +47,7 @@ void MainWindow::LeaveFocusToKeys() {
 
 void MainWindow::PreparePanel() {
     controls_->customViewVideo->SetViews(controls_->imageViewVideo, controls_->playerViewVideo);
+    controls_->customViewVideo->SetCover(controls_->imageViewFrame);
     controls_->customViewVideo->SetOpenButtons(controls_->buttonSelectVideo,
                                                controls_->buttonSelectImage);
 }

@@ -1,6 +1,5 @@
 #include "views/panel/FrameView.h"
 
-#include <QEvent>
 #include <QPainter>
 
 #include "views/style/Colors.h"
@@ -10,25 +9,15 @@ namespace lumirra {
 
 FrameView::FrameView(QWidget* parent) : VideoImageView(parent) {
     setAcceptDrops(false);
-    if (parent != nullptr) {
-        parent->installEventFilter(this);
-    }
 }
 
 void FrameView::SetHint(const QString& hint) {
     hint_ = hint;
+    setAccessibleName(hint);
     update();
 }
 
-bool FrameView::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize && watched == parent()) {
-        setGeometry(parentWidget()->rect());
-    }
-    return VideoImageView::eventFilter(watched, event);
-}
-
 void FrameView::showEvent(QShowEvent* event) {
-    setGeometry(parentWidget() != nullptr ? parentWidget()->rect() : rect());
     raise();
     VideoImageView::showEvent(event);
 }

@@ -30,6 +30,12 @@ void VideoPanel::SetViews(VideoImageView* imageView, PlayerView* playerView) {
     PlaceViews();
 }
 
+void VideoPanel::SetCover(QWidget* cover) {
+    cover_ = cover;
+    cover_->installEventFilter(this);
+    PlaceViews();
+}
+
 void VideoPanel::SetOpenButtons(QAbstractButton* video, QAbstractButton* pictures) {
     openVideo_ = video;
     openPictures_ = pictures;
@@ -55,7 +61,7 @@ bool VideoPanel::eventFilter(QObject* watched, QEvent* event) {
             invitePictures_->setEnabled(openPictures_->isEnabled());
         }
     } else if (event->type() == QEvent::Show || event->type() == QEvent::Hide) {
-        if (watched == playerView_) {
+        if (watched == playerView_ || watched == cover_) {
             PlaceInvitation();
         }
     }
@@ -87,12 +93,16 @@ void VideoPanel::PlaceViews() {
     }
     imageView_->setGeometry(zoom_.View().toRect());
     playerView_->setGeometry(rect());
+    if (cover_ != nullptr) {
+        cover_->setGeometry(rect());
+    }
     setCursor(zoom_.IsZoomed() ? Qt::OpenHandCursor : Qt::ArrowCursor);
     PlaceInvitation();
 }
 
 bool VideoPanel::ShowsInvitation() const {
-    return imageView_ != nullptr && imageView_->IsEmptyState() && playerView_->isHidden();
+    return imageView_ != nullptr && imageView_->IsEmptyState() && playerView_->isHidden() &&
+           (cover_ == nullptr || cover_->isHidden());
 }
 
 void VideoPanel::PlaceInvitation() {

@@ -24,6 +24,8 @@ class VideoPanel : public QWidget {
 
     /// Its two children. Once, before it is shown.
     void SetViews(VideoImageView* imageView, PlayerView* playerView);
+    /// A view that covers both while it is shown.
+    void SetCover(QWidget* cover);
     /// The invitation's own two buttons press these, and are enabled as they are.
     void SetOpenButtons(QAbstractButton* video, QAbstractButton* pictures);
 
@@ -57,6 +59,7 @@ class VideoPanel : public QWidget {
     ZoomGeometry zoom_;
     VideoImageView* imageView_ = nullptr;
     PlayerView* playerView_ = nullptr;
+    QWidget* cover_ = nullptr;
     QAbstractButton* openVideo_ = nullptr;
     QAbstractButton* openPictures_ = nullptr;
     QPushButton* inviteVideo_;

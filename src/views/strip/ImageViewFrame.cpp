@@ -39,7 +39,7 @@ void DrawPicture(QPainter& painter, const QRect& cell, const QImage& picture,
     const QRectF place(cell.x() + middle(cell.width(), picture.width()),
                        cell.y() + middle(cell.height(), picture.height()), picture.width() / scale,
                        picture.height() / scale);
-    if (picture.hasAlphaChannel()) {
+    if (picture.hasAlphaChannel() && painter.opacity() == 1) {
         DrawCheckerboard(painter, place, colors);
     }
     painter.drawImage(place, picture);
