@@ -16,6 +16,7 @@
 #include "app/frames/FrameTimingController.h"
 #include "app/frames/ShownFrameController.h"
 #include "app/gif/GifController.h"
+#include "app/gif/PresetController.h"
 #include "app/gif/SaveController.h"
 #include "app/gif/ShareController.h"
 #include "app/lifecycle/LifecycleController.h"
@@ -71,6 +72,7 @@ void ViewController::MakeControllers(Dialogs& dialogs, const QUrl& store) {
     thinning_ = std::make_unique<FrameThinningController>(project_, dialogs, *this);
     shownFrame_ = std::make_unique<ShownFrameController>(project_, session_, ui_);
     gif_ = std::make_unique<GifController>(project_, session_, dialogs, ui_, previewFile_);
+    preset_ = std::make_unique<PresetController>(project_, session_, ui_, UserPresetsFile());
     save_ = std::make_unique<SaveController>(dialogs, ui_, previewFile_, store);
     share_ = std::make_unique<ShareController>(dialogs, *ui_.gifPreview, previewFile_);
     profile_ = std::make_unique<ProfileController>(project_, dialogs);
@@ -85,6 +87,8 @@ void ViewController::ConnectControllers() {
             &ViewController::StopPlayback);
     connect(gif_.get(), &GifController::PlayingWithLoopCount, this,
             &ViewController::UpdateVideoPreview);
+    connect(gif_.get(), &GifController::LimitAdvised, preset_.get(),
+            &PresetController::ShowLimitAdvice);
     connect(ui_.gifPreview, &GifView::PlayStopRequested, this,
             [this] { actions_->Trigger(Command::PlayStopPreview); });
     connect(ui_.scrollViewFrames, &ScrollViewFrames::FrameOpened, this,

@@ -23,6 +23,7 @@ class FrameTimingController;
 class GifController;
 class LifecycleController;
 class PlaybackController;
+class PresetController;
 class PreviewController;
 class ProfileController;
 class SaveController;
@@ -146,6 +147,7 @@ class ViewController : public MainWindow {
     std::unique_ptr<FrameThinningController> thinning_;
     std::unique_ptr<ShownFrameController> shownFrame_;
     std::unique_ptr<GifController> gif_;
+    std::unique_ptr<PresetController> preset_;
     std::unique_ptr<SaveController> save_;
     std::unique_ptr<ShareController> share_;
     std::unique_ptr<ProfileController> profile_;

@@ -6,6 +6,7 @@
 #include "app/frames/FrameTimingController.h"
 #include "app/frames/ShownFrameController.h"
 #include "app/gif/GifController.h"
+#include "app/gif/PresetController.h"
 #include "app/gif/ShareController.h"
 #include "app/source/SourceController.h"
 #include "ui_MainWindow.h"
@@ -79,6 +80,7 @@ void ViewController::BindGifCommands() {
     actions_->Bind(Command::PlayAgain, [this] { gif_->PlayAgain(); });
     actions_->Bind(Command::SaveGif, [this] { OnSaveGif(); });
     actions_->Bind(Command::CopyGif, [this] { share_->Copy(); });
+    actions_->Bind(Command::UseOfferedWidth, [this] { preset_->UseOfferedWidth(); });
     for (const Command command : {Command::CopyGif, Command::SaveGif, Command::PlayStopPreview,
                                   Command::PlayAgain, Command::GeneratePreview}) {
         ui_.gifPreview->addAction(&actions_->Of(command));

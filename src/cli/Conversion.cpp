@@ -132,22 +132,8 @@ std::optional<Failure> CheckForPreset(const std::optional<Preset>& preset,
     if (auto failure = CheckFrames(*preset, static_cast<double>(request.frames.size()))) {
         return failure;
     }
-    const int common = HundredthsOf(request.delaySeconds);
-    long long hundredths = 0;
-    for (const FrameInput& frame : request.frames) {
-        hundredths += frame.delay.value_or(common);
-    }
-    const double seconds = static_cast<double>(hundredths) / 100;
-    if (preset->maxSeconds > 0 && seconds > preset->maxSeconds) {
-        return Failure{
-            Failure::Kind::Invalid,
-            Filled(QStringLiteral("%1 takes at most %2 s; these frames take %3 s. --speed %4 "
-                                  "would do."),
-                   preset->place, preset->maxSeconds, seconds,
-                   std::ceil(seconds / preset->maxSeconds * 100) / 100),
-            {}};
-    }
-    return std::nullopt;
+    const auto misfit = SecondsMisfit(*preset, SecondsOf(request));
+    return misfit ? std::optional(RefusedAs(*misfit, "speed")) : std::nullopt;
 }
 
 Outcome<GifResult> MakeGif(const GifRequest& request, const std::stop_token& stop,
@@ -164,6 +150,26 @@ Outcome<GifResult> MakeGif(const GifRequest& request, const std::stop_token& sto
     return gif;
 }
 
+/// Prints which width would leave a good quality, when the limit leaves none.
+std::optional<Failure> Advise(const GifRequest& request, const GifEstimate& estimate,
+                              const std::stop_token& stop, Console& console) {
+    if (request.maxBytes == 0 || estimate.bytes <= request.maxBytes) {
+        return std::nullopt;
+    }
+    const auto advice = AdviseOnGifLimit(request, stop);
+    if (!advice) {
+        return advice.failure().kind == Failure::Kind::Stopped ? Stopped() : advice.failure();
+    }
+    if (*advice) {
+        QString line = LimitAdviceText(**advice);
+        if (const auto& smaller = (*advice)->smaller) {
+            line += Filled(QStringLiteral(" --max-width %1 would make it so."), smaller->width);
+        }
+        console.Print(line + QLatin1Char('\n'));
+    }
+    return std::nullopt;
+}
+
 /// Prints about how large the GIF of these frames would be.
 std::optional<Failure> Estimate(const GifRequest& request, const std::stop_token& stop,
                                 Console& console) {
@@ -178,7 +184,7 @@ std::optional<Failure> Estimate(const GifRequest& request, const std::stop_token
         line += QStringLiteral("; --max-size would lower the quality");
     }
     console.Print(line + QLatin1Char('\n'));
-    return std::nullopt;
+    return Advise(request, *estimate, stop, console);
 }
 
 QString Summary(const GifResult& gif, const GifRequest& request) {
@@ -238,6 +244,11 @@ std::optional<Failure> Make(const Options& options, const ControlValues& values,
             return gif.failure();
         }
         console.Result(Summary(*gif, request));
+        if (gif->quality < std::min(kLeastGoodQuality, request.quality)) {
+            console.Warning(QStringLiteral(
+                "The size limit took much of the quality; --estimate says which width would keep "
+                "it."));
+        }
     }
     kept.Keep();
     if (!options.keepFrames.isEmpty()) {

@@ -76,6 +76,9 @@ ControlValues WithOutputOptions(ControlValues values, const Options& options) {
     if (options.maxBytes) {
         values = WithMaxBytes(std::move(values), *options.maxBytes);
     }
+    if (options.maxWidth) {
+        values = WithMaxWidth(std::move(values), *options.maxWidth);
+    }
     if (options.repeatForever || options.loopCount) {
         values.SetOn(Control::CheckRepeatForever, options.repeatForever);
     }
@@ -203,14 +206,14 @@ Outcome<ControlValues> ApplyPreset(ControlValues values, const Preset& preset,
         .values;
 }
 
+Failure RefusedAs(const Misfit& misfit, const char* option) {
+    return Invalid(Filled(QStringLiteral("%1 --%2 %3 would do."), misfit.problem,
+                          QLatin1String(option), misfit.remedy));
+}
+
 std::optional<Failure> CheckFrames(const Preset& preset, double frames) {
-    const int step = FittingStep(preset, static_cast<int>(frames));
-    if (step == 1) {
-        return std::nullopt;
-    }
-    return Invalid(
-        Filled(QStringLiteral("%1 takes at most %2 frames; these are %3. --every %4 would do."),
-               preset.place, preset.maxFrames, frames, step));
+    const auto misfit = FramesMisfit(preset, static_cast<int>(frames));
+    return misfit ? std::optional(RefusedAs(*misfit, "every")) : std::nullopt;
 }
 
 double PlannedFrames(const ControlValues& values, const Options& options,

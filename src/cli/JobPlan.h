@@ -2,7 +2,7 @@
 
 #include "cli/Options.h"
 #include "cli/SourceProbe.h"
-#include "project/presets/Presets.h"
+#include "project/presets/PresetFit.h"
 #include "settings/ControlValues.h"
 
 namespace lumirra {
@@ -18,6 +18,9 @@ Outcome<ControlValues> ApplySettings(ControlValues values, const Options& option
 /// size where the place takes no larger one. A failure says which size that was set does not fit.
 Outcome<ControlValues> ApplyPreset(ControlValues values, const Preset& preset,
                                    const Options& options, ImageSize base);
+
+/// Why that is not done, and the option that would make it fit, with the remedy for its value.
+Failure RefusedAs(const Misfit& misfit, const char* option);
 
 /// Whether the place takes that many frames; a failure says which option would make it so.
 std::optional<Failure> CheckFrames(const Preset& preset, double frames);

@@ -28,6 +28,9 @@ constexpr OptionRow kRows[] = {
      "at most so many bytes: 800K, 8M, 1.5M (1M is 1,000,000 bytes). The quality is lowered as far "
      "as needed, never frames or picture size; the frames are encoded two or three times; sets "
      "checkMaxSize and fieldMaxSize"},
+    {0, "max-width", "N", V::Other, "",
+     "at most so many pixels wide: wider frames are scaled down on their way into the GIF; sets "
+     "checkMaxWidth and fieldMaxWidth"},
     {0, "loop", "TIMES", V::Words, "forever once",
      "forever, once, or a number up to 10000 for the file's loop field; sets checkRepeatForever "
      "and "

@@ -157,6 +157,17 @@ std::optional<Failure> TakeQuality(Options& options, const QCommandLineParser& p
     return std::nullopt;
 }
 
+std::optional<Failure> TakeMaxWidth(Options& options, const QCommandLineParser& parser) {
+    const ControlRow& row = RowOf(Control::FieldMaxWidth);
+    const auto width =
+        Whole(parser, "max-width", std::llround(row.minimum), std::llround(row.maximum));
+    if (!width) {
+        return width.failure();
+    }
+    options.maxWidth = *width;
+    return std::nullopt;
+}
+
 /// A number within limits; absent when the option is.
 Outcome<std::optional<double>> Number(const QCommandLineParser& parser, const char* name,
                                       double least, double most) {
@@ -370,7 +381,7 @@ Outcome<Options> ParseOptions(const QStringList& arguments) {
     options.quiet = parser.isSet(QStringLiteral("quiet"));
     options.estimate = parser.isSet(QStringLiteral("estimate"));
     for (const auto take : {TakeTexts, TakeSettings, TakeMarkers, TakeFit, TakeQuality, TakeMaxSize,
-                            TakeLoop, TakeEditing, TakeThreads}) {
+                            TakeMaxWidth, TakeLoop, TakeEditing, TakeThreads}) {
         if (auto failure = take(options, parser)) {
             return *failure;
         }

@@ -30,6 +30,7 @@ struct Options {
     // Absent: what the settings say.
     std::optional<int> quality;         ///< 1..100
     std::optional<long long> maxBytes;  ///< within the size limit's range
+    std::optional<int> maxWidth;        ///< pixels
     std::optional<int> loopCount;       ///< 0: no loop field
     bool repeatForever = false;         ///< instead of a count
     QString preset;                     ///< name; empty: none

@@ -69,7 +69,7 @@ class SampleFeed {
 Outcome<AnimationEstimate> EstimateAnimation(const AnimationEncoder& encoder,
                                              const AnimationRequest& request,
                                              const std::stop_token& stop) {
-    const Outcome<CanvasFit> fit = FitFor(request.frames, request.fitMode, encoder);
+    const Outcome<CanvasFit> fit = FitFor(request, encoder);
     if (!fit) {
         return fit.failure();
     }

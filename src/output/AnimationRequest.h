@@ -20,6 +20,7 @@ struct AnimationRequest {
     bool repeatForever = false;  ///< writes a loop field of 0, whatever the loop count
     double quality = 90;         ///< 1..100; fewer bytes below, fewer errors above
     long long maxBytes = 0;      ///< 0: any size
+    int maxWidth = 0;            ///< 0: any; wider animations are scaled down to it
     FileKind fileKind = FileKind::UsersOwn;
     int threads = 0;  ///< 0: one for each core; the bytes do not depend on it
 

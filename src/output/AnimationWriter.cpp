@@ -173,7 +173,7 @@ Outcome<AnimationResult> WriteAnimation(const AnimationEncoder& encoder,
                                         const AnimationRequest& request,
                                         const std::stop_token& stop,
                                         const std::function<void(int, int)>& onProgress) {
-    const Outcome<CanvasFit> fit = FitFor(request.frames, request.fitMode, encoder);
+    const Outcome<CanvasFit> fit = FitFor(request, encoder);
     if (!fit) {
         return fit.failure();
     }

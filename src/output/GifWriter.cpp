@@ -15,4 +15,10 @@ Outcome<GifEstimate> EstimateGif(const GifRequest& request, const std::stop_toke
     return EstimateAnimation(gif::GifEncoder(), request, stop);
 }
 
+Outcome<std::optional<LimitAdvice>> AdviseOnGifLimit(const GifRequest& request,
+                                                     const std::stop_token& stop) {
+    return AdviseOnLimit(request,
+                         [&](const GifRequest& asked) { return EstimateGif(asked, stop); });
+}
+
 }  // namespace lumirra

@@ -4,6 +4,7 @@
 #include <stop_token>
 
 #include "output/AnimationRequest.h"
+#include "output/size/LimitAdvice.h"
 
 namespace lumirra {
 
@@ -17,5 +18,9 @@ Outcome<GifResult> WriteGif(const GifRequest& request, const std::stop_token& st
 
 /// `EstimateAnimation` of a GIF.
 Outcome<GifEstimate> EstimateGif(const GifRequest& request, const std::stop_token& stop);
+
+/// `AdviseOnLimit` for a GIF: about ten estimates.
+Outcome<std::optional<LimitAdvice>> AdviseOnGifLimit(const GifRequest& request,
+                                                     const std::stop_token& stop);
 
 }  // namespace lumirra

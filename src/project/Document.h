@@ -17,6 +17,7 @@ struct Settings {
     ControlValues values;
     AcceptedTexts textFieldsValues = StoreTextFieldsValues(values);
     QJsonObject unknown;  ///< of the profile that was loaded: settings of other versions
+    QString preset;       ///< name of the preset chosen; empty: none
     OutputDimensions lastDimensions;  ///< last written to or accepted from the dimension fields
 
     friend bool operator==(const Settings&, const Settings&) = default;

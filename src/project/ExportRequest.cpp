@@ -30,7 +30,8 @@ AnimationRequest ExportRequest(const ControlValues& values, std::vector<FrameInp
             .loopCount = output.loopCount,
             .repeatForever = output.repeatForever,
             .quality = output.quality,
-            .maxBytes = output.maxBytes};
+            .maxBytes = output.maxBytes,
+            .maxWidth = output.maxWidth};
 }
 
 AnimationRequest ContentRequest(AnimationRequest request) {

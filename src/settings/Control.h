@@ -74,6 +74,8 @@ enum class Control {
     SliderQuality,
     CheckMaxSize,
     FieldMaxSize,
+    CheckMaxWidth,
+    FieldMaxWidth,
     FieldOtherFont,
     Theme,
 };

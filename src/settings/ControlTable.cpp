@@ -371,6 +371,13 @@ constexpr std::array kTable = {
                        kMarkOnly,
                        {"Largest size in megabytes", "MB",
                         "The largest size of the file, in megabytes of 1,000,000 bytes"})),
+    InTail(
+        Check(C::CheckMaxWidth, "checkMaxWidth", 0, ResetGroup::Output, kMarkOnly,
+              {"Limit the width of the GIF", "",
+               "Scales frames that are wider on their way into the GIF; the list stays as it is"})),
+    InTail(NumberField(C::FieldMaxWidth, "fieldMaxWidth", {480, 1, 65535, 1}, ResetGroup::Output,
+                       kMarkOnly,
+                       {"Largest width in pixels", "px", "The largest width of the GIF"})),
     InTail(Field(C::FieldOtherFont, "fieldOtherFont", 0, "", {ValueRule::Free, 0, 0, ""},
                  std::nullopt, ResetGroup::Text, kPreview,
                  {"Other font", "",

@@ -115,7 +115,10 @@ OutputSettings OutputSettingsOf(const ControlValues& values) {
             .loopCount = NumberInForce(values, C::TextFieldLoopCount),
             .repeatForever = values.IsOn(C::CheckRepeatForever),
             .quality = static_cast<double>(values.Number(C::SliderQuality)),
-            .maxBytes = values.IsOn(C::CheckMaxSize) ? BytesOf(values.Number(C::FieldMaxSize)) : 0};
+            .maxBytes = values.IsOn(C::CheckMaxSize) ? BytesOf(values.Number(C::FieldMaxSize)) : 0,
+            .maxWidth = values.IsOn(C::CheckMaxWidth)
+                            ? static_cast<int>(std::lround(values.Number(C::FieldMaxWidth)))
+                            : 0};
 }
 
 ControlValues WithMaxBytes(ControlValues values, long long bytes) {
@@ -125,6 +128,12 @@ ControlValues WithMaxBytes(ControlValues values, long long bytes) {
     }
     values.SetOn(C::CheckMaxSize, true);
     values.SetNumber(C::FieldMaxSize, megabytes);
+    return values;
+}
+
+ControlValues WithMaxWidth(ControlValues values, int width) {
+    values.SetOn(C::CheckMaxWidth, true);
+    values.SetNumber(C::FieldMaxWidth, static_cast<float>(width));
     return values;
 }
 

@@ -21,6 +21,7 @@ struct OutputSettings {
     bool repeatForever = false;  ///< whatever the loop count
     double quality = 90;         ///< 1..100
     long long maxBytes = 0;      ///< 0: any size
+    int maxWidth = 0;            ///< 0: as wide as the frames
     friend bool operator==(const OutputSettings&, const OutputSettings&) = default;
 };
 OutputSettings OutputSettingsOf(const ControlValues& values);
@@ -28,5 +29,8 @@ OutputSettings OutputSettingsOf(const ControlValues& values);
 /// The values with a size limit of that many bytes in force, or of the few less that single
 /// precision takes.
 ControlValues WithMaxBytes(ControlValues values, long long bytes);
+
+/// The values with that largest width in force.
+ControlValues WithMaxWidth(ControlValues values, int width);
 
 }  // namespace lumirra

@@ -58,6 +58,25 @@ class QualityAndSize(CliTest):
         size, _ = self.make("--max-size", limit, "--set", f"textFieldDimensionsWidth={width}")
         self.assertLessEqual(size, limit)
 
+    def test_a_smaller_width(self):
+        free, _ = self.make("--max-width", 160)
+        self.assertEqual(gif_size(self.out), (160, 120))
+        self.assertEqual(self.make("--max-width", 4000)[0], self.make()[0])
+        self.refuse(2, self.film, "-o", self.out, "--max-width", 0, saying="--max-width")
+        limit = free // 2
+        self.out.unlink()
+        told = self.succeed(self.film, "-o", self.out, *self.short, "--max-size", limit,
+                            "--estimate", "-q").stdout
+        width = int(re.search(r"--max-width (\d+) would make it so", told)[1])
+        quality = int(re.findall(r"quality of about (\d+)", told)[-1])
+        self.assertLess(width, 160)
+        _, told = self.make("--max-size", limit, "--max-width", width)
+        reached = re.search(r"quality ([\d.]+)\n$", told)
+        self.assertGreater(float(reached[1]) if reached else 90, quality - 10)
+        limit, _ = self.make("--quality", 20)
+        said = self.succeed(self.film, "-o", self.out, *self.short, "--max-size", limit).stderr
+        self.assertIn("--estimate says which width", said)
+
     def test_loops(self):
         setting = ["--set", "textFieldLoopCount=7"]
         for options, field in ((["--loop", "forever"], 0), (["--loop", "once"], None),

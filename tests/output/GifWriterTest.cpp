@@ -385,6 +385,44 @@ TEST_F(GifWriterTest, FramesOfDifferentSizes) {
     EXPECT_EQ(gif.images.at(1).canvas.pixelColor(132, 99), QColor(100, 10, 90));
 }
 
+TEST_F(GifWriterTest, WiderFramesAreScaledOnTheirWay) {
+    QStringList paths;
+    for (const QSize size : {QSize(400, 300), QSize(200, 100)}) {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(QColor(size.width() / 2, 10, 90));
+        paths << Store(image);
+    }
+    GifRequest request = Request(paths);
+    request.maxWidth = 400;
+    EXPECT_EQ(Write(request).width, 400);
+    request.maxWidth = 101;
+    GifContents gif = Write(request);
+    ASSERT_EQ(QSize(gif.width, gif.height), QSize(101, 76)) << "75.75 high, rounded";
+    const QImage& centred = gif.images.at(1).canvas;  // 50.5 x 25.25, rounded
+    EXPECT_EQ(centred.pixelColor(24, 40).alpha(), 0);
+    EXPECT_EQ(centred.pixelColor(25, 25), QColor(100, 10, 90));
+    EXPECT_EQ(centred.pixelColor(75, 49), QColor(100, 10, 90));
+    EXPECT_EQ(centred.pixelColor(76, 40).alpha(), 0);
+    const auto estimate = EstimateGif(request, {});
+    ASSERT_TRUE(estimate);
+    EXPECT_EQ(QSize(estimate->width, estimate->height), QSize(101, 76));
+
+    request.fitMode = FrameFitMode::CropToSmallest;
+    gif = Write(request);
+    EXPECT_EQ(QSize(gif.width, gif.height), QSize(101, 76));
+    EXPECT_EQ(gif.images.at(1).canvas.pixelColor(100, 75), QColor(100, 10, 90));
+
+    // What a scaled scene looks like: as the scene drawn small.
+    request = Request({Store(Scene(300, 200, 1))});
+    request.maxWidth = 150;
+    EXPECT_GT(Psnr(Write(request).images.at(0).canvas, Scene(150, 100, 0).scaled(150, 100)), 20);
+    request.colorLevels = 3;
+    const QImage posterized = Write(request).images.at(0).canvas;
+    for (int x = 0; x < 150; ++x) {
+        EXPECT_EQ(posterized.pixelColor(x, 50).red() % 85, 0);
+    }
+}
+
 TEST_F(GifWriterTest, ColorLevelsReduceBeforeThePalette) {
     GifRequest request = Request({Store(Scene(64, 48, 0))});
     request.colorLevels = 3;

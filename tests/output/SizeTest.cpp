@@ -9,6 +9,7 @@
 #include "output/GifWriter.h"
 #include "output/SampleScenes.h"
 #include "output/SizeText.h"
+#include "output/size/LimitAdvice.h"
 #include "output/size/RowSample.h"
 #include "output/size/SizeLimitSearch.h"
 #include "output/size/TooLarge.h"
@@ -121,6 +122,90 @@ TEST(TooLargeTest, SaysByHowMuchAndWhatWouldFit) {
     EXPECT_EQ(SizeText(64'540), QStringLiteral("64.5 KB"));
     EXPECT_EQ(SizeText(999'700), QStringLiteral("1.00 MB"));
     EXPECT_EQ(SizeText(123'456'789), QStringLiteral("123 MB"));
+}
+
+/// Estimates of a film of that many bytes at quality 50 and a width of 800.
+class LimitAdviceTest : public testing::Test {
+  protected:
+    Outcome<std::optional<LimitAdvice>> Advise(double bytes, double growth, double power,
+                                               long long limit) {
+        asked = 0;
+        AnimationRequest request;
+        request.maxBytes = limit;
+        return AdviseOnLimit(request, [=, this](const AnimationRequest& at) {
+            ++asked;
+            const int width = at.maxWidth > 0 ? std::min(at.maxWidth, 800) : 800;
+            const double size =
+                bytes * std::exp(growth * (at.quality - 50)) * std::pow(width / 800.0, power);
+            return Outcome<AnimationEstimate>(
+                AnimationEstimate{10, width, width / 2, std::llround(size)});
+        });
+    }
+    int asked = 0;
+};
+
+TEST_F(LimitAdviceTest, OffersAWidthThatKeepsTheQuality) {
+    for (const double growth : {0.01, 0.03}) {
+        for (const double power : {1.2, 1.5, 2.0}) {
+            for (const double share : {0.8, 0.5, 0.1}) {
+                const auto limit = static_cast<long long>(1e6 * share);
+                const auto advice = Advise(1e6, growth, power, limit);
+                ASSERT_TRUE(advice && *advice);
+                const LimitAdvice& found = **advice;
+                EXPECT_LT(found.asIs.quality, kLeastGoodQuality);
+                EXPECT_EQ(found.asIs.width, 800);
+                const double lowest = 1e6 * std::exp(growth * -49);
+                EXPECT_EQ(found.asIs.bytes <= limit, lowest <= static_cast<double>(limit));
+                ASSERT_TRUE(found.smaller) << growth << " " << power << " " << share;
+                EXPECT_GE(found.smaller->quality, 75);
+                EXPECT_LE(found.smaller->bytes, limit);
+                EXPECT_GE(static_cast<double>(found.smaller->bytes), 0.7 * 1e6 * share);
+                EXPECT_LE(asked, 14);
+                const QString text = LimitAdviceText(found);
+                EXPECT_TRUE(text.contains(QString::number(found.smaller->width)) &&
+                            text.contains(SizeText(found.smaller->bytes)))
+                    << qPrintable(text);
+            }
+        }
+    }
+}
+
+TEST_F(LimitAdviceTest, IsSilentWhileTheQualityIsGoodAndHonestWhenNothingHelps) {
+    EXPECT_FALSE(*Advise(1e6, 0.02, 1.5, 1'000'000));
+    EXPECT_EQ(asked, 1);
+    EXPECT_FALSE(*Advise(1e6, 0.02, 1.5, 0));
+    const auto hopeless = Advise(1e6, 0.02, 1.5, 500);
+    ASSERT_TRUE(hopeless && *hopeless);
+    EXPECT_GT((*hopeless)->asIs.bytes, 500);
+    EXPECT_FALSE((*hopeless)->smaller);
+    EXPECT_TRUE(LimitAdviceText(**hopeless).contains(QStringLiteral("no smaller width")));
+
+    AnimationRequest request;
+    request.maxBytes = 5;
+    const auto failed = AdviseOnLimit(request, [](const AnimationRequest&) {
+        return Outcome<AnimationEstimate>(Failure{Failure::Kind::Stopped, {}, {}});
+    });
+    EXPECT_EQ(failed.failure().kind, Failure::Kind::Stopped);
+}
+
+/// The whole of it: encoded at the width offered, the limit leaves about the quality promised.
+TEST(GifLimitAdviceTest, TheOfferHolds) {
+    const QTemporaryDir folder;
+    const test::SampleScene& scene = test::SampleScenes().front();
+    GifRequest request;
+    request.frames = FramesAt(test::StoreScene(scene, folder.path(), 8, 1));
+    request.destination = folder.filePath(QStringLiteral("out.gif"));
+    const auto whole = EstimateGif(request, {});
+    ASSERT_TRUE(whole);
+    request.maxBytes = whole->bytes / 4;
+    const auto advice = AdviseOnGifLimit(request, {});
+    ASSERT_TRUE(advice && *advice && (*advice)->smaller);
+    request.maxWidth = (*advice)->smaller->width;
+    const auto gif = WriteGif(request, {}, {});
+    ASSERT_TRUE(gif);
+    EXPECT_EQ(gif->width, request.maxWidth);
+    EXPECT_LE(gif->bytes, request.maxBytes);
+    EXPECT_GE(gif->quality, 65);
 }
 
 TEST(GifEstimateTest, IsNearTheTruthOnFilmsAndScreens) {

@@ -7,8 +7,10 @@
 #include "project/FrameStore.h"
 #include "project/Project.h"
 #include "project/edits/FrameEdits.h"
+#include "project/edits/PresetEdits.h"
 #include "project/edits/SettingEdits.h"
 #include "project/edits/SourceEdits.h"
+#include "settings/SettingsRecords.h"
 #include "sources/FrameFiles.h"
 
 namespace lumirra {
@@ -259,6 +261,50 @@ TEST_F(ProjectTest, AnySequenceOfEditsCanBeWalkedBackAndForth) {
     for (const Frame& frame : project.State().frames.Frames()) {
         EXPECT_TRUE(QFile::exists(frame.Path()) && QFile::exists(frame.ThumbnailPath()));
     }
+}
+
+TEST_F(ProjectTest, APresetIsOneStepAndTakesItsLimitsAlongWhenItGoes) {
+    project.Apply(edits::AppendFrames(project.State(), {NewFrame({640, 360}), NewFrame()}));
+    Set(Control::RadioFixedNumberOfFrames, true);
+    Set(Control::TextFieldFixedNumberOfFrames, QStringLiteral("80"));
+    const Settings before = project.State().settings;
+    Preset small;
+    small.name = QStringLiteral("small");
+    small.maxBytes = 128'000;
+    small.maxHeight = 90;
+    small.maxFrames = 50;
+    project.Apply(edits::ChoosePreset(project.State(), small));
+    const OutputSettings output = OutputSettingsOf(project.Values());
+    EXPECT_EQ(output.maxBytes, 128'000);
+    EXPECT_EQ(output.maxWidth, 160);
+    EXPECT_EQ(project.Values().Text(Control::TextFieldFixedNumberOfFrames), QStringLiteral("50"));
+    EXPECT_EQ(project.State().settings.preset, QStringLiteral("small"));
+    EXPECT_TRUE(project.State().IsModified());
+    const Settings chosen = project.State().settings;
+
+    Preset wide;
+    wide.name = QStringLiteral("wide");
+    wide.maxWidth = 1000;
+    project.Apply(edits::ChoosePreset(project.State(), wide));
+    EXPECT_EQ(OutputSettingsOf(project.Values()).maxBytes, 0) << "it was the other one's";
+    EXPECT_EQ(OutputSettingsOf(project.Values()).maxWidth, 0) << "they fit";
+    project.Apply(edits::RemoveAllFrames(project.State()));
+    project.Apply(edits::ChoosePreset(project.State(), wide));
+    EXPECT_EQ(OutputSettingsOf(project.Values()).maxWidth, 1000) << "whatever will come";
+    project.Apply(edits::LimitWidth(project.State(), 70));
+    EXPECT_EQ(OutputSettingsOf(project.Values()).maxWidth, 70);
+    project.Apply(edits::ChoosePreset(project.State(), std::nullopt));
+    EXPECT_EQ(OutputSettingsOf(project.Values()).maxWidth, 0);
+    EXPECT_EQ(project.State().settings.preset, QString());
+    for (int i = 0; i < 5; ++i) {
+        project.Undo();
+    }
+    EXPECT_EQ(project.State().settings, chosen);
+    project.Apply(edits::ResetSettings(project.State(), ResetGroup::Output));
+    EXPECT_EQ(project.State().settings.preset, QString());
+    project.Undo();
+    project.Undo();
+    EXPECT_EQ(project.State().settings, before);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include <random>
 
 #include "project/ExportRequest.h"
-#include "project/presets/Presets.h"
+#include "project/presets/PresetFit.h"
 #include "project/sequence/CrossFade.h"
 #include "project/sequence/FrameSequence.h"
 #include "project/sequence/LoopFinder.h"
@@ -194,6 +194,34 @@ TEST(Presets, SayWhatFits) {
     EXPECT_EQ(FittingStep(Preset(), 5000), 1);
 }
 
+TEST(Presets, NameWhatDoesNotFitAndWhatWould) {
+    Preset place;
+    place.place = QStringLiteral("Home");
+    AnimationRequest request{.frames = {}, .destination = {}, .delaySeconds = 0.2};
+    for (int i = 0; i < 11; ++i) {
+        request.frames.push_back({QString(), ImageSize{300.0 - i, 200}, {}});
+    }
+    request.frames.back().delay = 100;
+    EXPECT_TRUE(MisfitsOf(place, request).empty());
+    place.maxFrames = 4;
+    place.maxSeconds = 1.5;
+    place.maxHeight = 100;
+    place.maxBytes = 1000;
+    std::vector<Misfit> misfits = MisfitsOf(place, request);
+    ASSERT_EQ(misfits.size(), 4U);
+    EXPECT_EQ(misfits[0].remedy, 3) << "every third of eleven";
+    EXPECT_EQ(misfits[1].remedy, 2) << "2 s and one of 1 s, in 1.5 s";
+    EXPECT_EQ(misfits[2].remedy, 150);
+    EXPECT_EQ(misfits[3].remedy, 1000);
+    EXPECT_TRUE(misfits[2].problem.contains(QStringLiteral("300 × 200")));
+    request.maxWidth = 150;
+    request.maxBytes = 1000;
+    request.delaySeconds = 0.01;
+    EXPECT_EQ(MisfitsOf(place, request).size(), 1U);
+    request.maxBytes = 1001;
+    EXPECT_EQ(MisfitsOf(place, request).back().what, Misfit::What::Bytes);
+}
+
 TEST(ExportRequest, TakesTheOutputSettings) {
     ControlValues values;
     values.SetOn(Control::CheckMaxSize, true);
@@ -209,6 +237,18 @@ TEST(ExportRequest, TakesTheOutputSettings) {
     EXPECT_EQ(SizeRequest(slower), SizeRequest(request));
     slower.quality = 43;
     EXPECT_NE(SizeRequest(slower), SizeRequest(request));
+
+    // Of equal content are files with the same bytes, however they came to be.
+    AnimationRequest same = request;
+    same.destination = QStringLiteral("b.gif");
+    same.threads = 3;
+    same.delaySeconds = 3;
+    EXPECT_EQ(ContentRequest(same), ContentRequest(request)) << "the frame has its own delay";
+    same.loopCount = 2;
+    EXPECT_NE(ContentRequest(same), ContentRequest(request));
+    EXPECT_EQ(SizeRequest(same), SizeRequest(request));
+    same.frames.front().delay = 8;
+    EXPECT_NE(ContentRequest(same), ContentRequest(request));
 }
 
 }  // namespace

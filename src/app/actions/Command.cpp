@@ -50,6 +50,7 @@ constexpr std::array<CommandRow, kCommandCount> kTable{{
     {Command::PlayStopPreview, "actionPlayStopPreview", "buttonPlayStopPreview"},
     {Command::PlayAgain, "actionPlayAgain", "buttonPlayAgain"},
     {Command::CopyGif, "actionCopyGif", nullptr},
+    {Command::UseOfferedWidth, "actionUseOfferedWidth", "buttonUseOfferedWidth"},
     {Command::AdjustSettingsReset, nullptr, "buttonAdjustSettingsReset"},
     {Command::CartoonReset, nullptr, "buttonCartoonReset"},
     {Command::SketchReset, nullptr, "buttonSketchReset"},

@@ -53,6 +53,7 @@ enum class Command {
     PlayStopPreview,
     PlayAgain,
     CopyGif,
+    UseOfferedWidth,
     AdjustSettingsReset,
     CartoonReset,
     SketchReset,

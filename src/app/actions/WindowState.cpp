@@ -36,7 +36,9 @@ WindowFacts FactsOf(const Project& project, const Session& session) {
             .locked = session.IsLocked(),
             .gif = session.HasGif(),
             .gifEnds = session.GifEnds(),
+            .offersWidth = session.OffersWidth(),
             .limitsSize = project.Values().IsOn(Control::CheckMaxSize),
+            .limitsWidth = project.Values().IsOn(Control::CheckMaxWidth),
             .repeatsForever = project.Values().IsOn(Control::CheckRepeatForever),
             .canUndo = project.CanUndo(),
             .canRedo = project.CanRedo()};
@@ -95,6 +97,8 @@ WidgetState StateOf(Command command, const WindowFacts& facts) {
             return {facts.frames > 2 && !facts.locked};
         case Command::PlayAgain:
             return Shown(facts.gifEnds, facts.locked);
+        case Command::UseOfferedWidth:
+            return Shown(facts.offersWidth, facts.locked);
         case Command::CopyGif:
             return {facts.gif && !facts.locked};
         case Command::MoveUp:
@@ -120,6 +124,8 @@ bool IsEnabled(Control control, const WindowFacts& facts) {
             return !facts.repeatsForever;
         case Control::FieldMaxSize:
             return facts.limitsSize;
+        case Control::FieldMaxWidth:
+            return facts.limitsWidth;
         default:
             return true;
     }

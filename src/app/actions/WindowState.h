@@ -20,7 +20,9 @@ struct WindowFacts {
     bool locked = false;   ///< a long job runs
     bool gif = false;      ///< one is shown
     bool gifEnds = false;  ///< and is not repeated for ever
+    bool offersWidth = false;
     bool limitsSize = false;
+    bool limitsWidth = false;
     bool repeatsForever = false;
     bool canUndo = false;
     bool canRedo = false;

@@ -61,6 +61,7 @@ void WindowStateView::ShowPanel(const WindowFacts& facts) {
     ui_.scrollViewFrames->AllowDragging(!facts.locked);
     ui_.sliderVideoPosition->setEnabled(facts.video && !facts.locked);
     ui_.labelImageNumber->setVisible(facts.pictures && !facts.playing);
+    ui_.popUpPreset->setEnabled(!facts.locked);
     ui_.labelGifRepeats->setVisible(facts.gifEnds);
     // While it plays the button's place is kept: the slider beside it must not jump.
     QSizePolicy policy = ui_.buttonPlayVideo->sizePolicy();

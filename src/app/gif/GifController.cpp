@@ -82,6 +82,7 @@ GifController::GifController(const Project& project, Session& session, Dialogs& 
         session_.SetGifEnds(!ui_.labelGifRepeats->text().isEmpty());
     });
     connect(&project, &Project::Changed, this, &GifController::FollowProject);
+    connect(sizeEstimate_.get(), &SizeEstimate::LimitAdvised, this, &GifController::LimitAdvised);
 }
 
 GifController::~GifController() = default;

@@ -45,6 +45,8 @@ class GifController : public QObject {
   Q_SIGNALS:
     /// The GIF is about to play with a loop count.
     void PlayingWithLoopCount();
+    /// As `SizeEstimate` says.
+    void LimitAdvised(const std::optional<lumirra::LimitAdvice>& advice);
 
   private:
     struct Run;

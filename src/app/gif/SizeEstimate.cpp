@@ -39,6 +39,7 @@ void SizeEstimate::Follow(GifRequest request) {
     }
     request_ = std::move(request);
     worker_.Forget();
+    Q_EMIT LimitAdvised(std::nullopt);
     if (request_.frames.empty()) {
         rest_.stop();
         line_.clear();
@@ -50,7 +51,21 @@ void SizeEstimate::Follow(GifRequest request) {
 void SizeEstimate::Start() {
     line_.setText(tr("Estimating the size…"));
     worker_.Submit([this, request = request_](const std::stop_token& stop) {
-        return [this, text = TextOf(request, EstimateGif(request, stop))] { line_.setText(text); };
+        const auto estimate = EstimateGif(request, stop);
+        const bool binds = estimate && request.maxBytes > 0 && estimate->bytes > request.maxBytes;
+        return [this, text = TextOf(request, estimate), binds] {
+            line_.setText(text);
+            if (binds) {
+                StartAdvice();
+            }
+        };
+    });
+}
+
+void SizeEstimate::StartAdvice() {
+    worker_.Submit([this, request = request_](const std::stop_token& stop) {
+        const auto found = AdviseOnGifLimit(request, stop);
+        return [this, advice = found ? *found : std::nullopt] { Q_EMIT LimitAdvised(advice); };
     });
 }
 

@@ -37,4 +37,10 @@ void Session::SetCopiedFrames(QList<Frame> frames) {
     Q_EMIT Changed();
 }
 
+void Session::SetOffersWidth(bool offers) {
+    if (std::exchange(offersWidth_, offers) != offers) {
+        Q_EMIT Changed();
+    }
+}
+
 }  // namespace lumirra

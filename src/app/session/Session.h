@@ -34,6 +34,10 @@ class Session : public QObject {
     bool GifEnds() const { return gifEnds_; }
     void SetGifEnds(bool ends);
 
+    /// A smaller width of the GIF is on offer.
+    bool OffersWidth() const { return offersWidth_; }
+    void SetOffersWidth(bool offers);
+
     /// A render of the picture shown runs (`updating`).
     bool IsUpdating() const { return updating_; }
     void SetUpdating(bool updating) { updating_ = updating; }
@@ -47,7 +51,7 @@ class Session : public QObject {
     void SetCopiedFrames(QList<Frame> frames);
 
   Q_SIGNALS:
-    /// Locked, playing, what is known of the GIF, or the frames that were copied.
+    /// Locked, playing, what is known of the GIF and on offer for it, or the frames copied.
     void Changed();
 
   private:
@@ -57,6 +61,7 @@ class Session : public QObject {
     bool playing_ = false;
     bool hasGif_ = false;
     bool gifEnds_ = false;
+    bool offersWidth_ = false;
     bool updating_ = false;
     bool commandIsPressed_ = false;
 };

@@ -87,6 +87,7 @@ std::vector<ShortcutRow> ShortcutRows() {
             {"Ctrl+S, Ctrl+Shift+S", "Save the profile, or save it under another name"},
             {"Ctrl+G", "Generate the GIF"},
             {"Ctrl+P, Ctrl+Shift+P", "Play or stop the GIF, or play it again"},
+            {"Ctrl+Shift+W", "Make the GIF as wide as is offered"},
             {"Ctrl+E, Ctrl+Shift+C", "Save the GIF, or copy it"},
             {"Ctrl++, Ctrl+-, Ctrl+0", "Zoom in, out, fit"},
             {"F1", "How to make a GIF from a video"},

@@ -31,6 +31,23 @@ Failure CanvasTooLarge(long long width, long long height, const AnimationEncoder
             {}};
 }
 
+/// What is `from` wide becomes `to` wide; in whole pixels. The order of the operations keeps halves
+/// exact, so that all agree on which way they are rounded.
+ImageSize Scaled(ImageSize size, double from, double to) {
+    return {std::max(std::round(size.width * to / from), 1.0),
+            std::max(std::round(size.height * to / from), 1.0)};
+}
+
+QImage ScaledForCanvas(const QImage& frame, const CanvasFit& fit) {
+    if (fit.framesWidth == 0 || fit.mode == FrameFitMode::CropToSmallest) {
+        return frame;
+    }
+    const ImageSize size =
+        Scaled({static_cast<double>(frame.width()), static_cast<double>(frame.height())},
+               fit.framesWidth, fit.width);
+    return ImageTools::DrawScaled(frame, size.width, size.height);
+}
+
 QImage CroppedToCanvas(const QImage& frame, const CanvasFit& fit) {
     const ImageRect rect = ImageTools::RatioCropRect(frame.width(), frame.height(), fit.ratio);
     return ImageTools::DrawScaled(ImageTools::CropImage(frame, rect), fit.width, fit.height);
@@ -50,22 +67,25 @@ void CopyHardRow(const uchar* from, Rgba* to, int count) {
 
 }  // namespace
 
-Outcome<CanvasFit> FitFor(const std::vector<FrameInput>& frames, FrameFitMode mode,
-                          const AnimationEncoder& encoder) {
+Outcome<CanvasFit> FitFor(const AnimationRequest& request, const AnimationEncoder& encoder) {
     CanvasFit fit;
-    fit.mode = mode;
+    fit.mode = request.fitMode;
     fit.softAlpha = encoder.Limits().softAlpha;
-    const FrameSizes sizes = SizesOf(frames);
+    const FrameSizes sizes = SizesOf(request.frames);
     ImageSize size = VideoTools::LargestFrameSize(sizes);
     if (!(size.width > 0) || !(size.height > 0)) {
         return NoFrames();
     }
-    if (mode == FrameFitMode::CropToSmallest) {
+    if (fit.mode == FrameFitMode::CropToSmallest) {
         fit.ratio = VideoTools::CommonAspectRatio(sizes);
         const ImageSize smallest = VideoTools::SmallestFrameSize(sizes);
         const ImageRect canvas =
             ImageTools::RatioCropRect(smallest.width, smallest.height, fit.ratio);
         size = {std::max(std::round(canvas.width), 1.0), std::max(std::round(canvas.height), 1.0)};
+    }
+    if (request.maxWidth > 0 && size.width > request.maxWidth) {
+        fit.framesWidth = size.width;
+        size = Scaled(size, size.width, request.maxWidth);
     }
     const int longest = encoder.Limits().longestSide;
     if (size.width > longest || size.height > longest ||
@@ -78,8 +98,10 @@ Outcome<CanvasFit> FitFor(const std::vector<FrameInput>& frames, FrameFitMode mo
 }
 
 Canvas PlaceOnCanvas(const QImage& frame, const CanvasFit& fit, int colorLevels) {
-    QImage image =
-        colorLevels == kAllLevels ? frame : ImageTools::Posterize(frame, std::max(colorLevels, 0));
+    QImage image = ScaledForCanvas(frame, fit);
+    if (colorLevels != kAllLevels) {
+        image = ImageTools::Posterize(image, std::max(colorLevels, 0));
+    }
     if (fit.mode == FrameFitMode::CropToSmallest) {
         image = CroppedToCanvas(image, fit);
     }

@@ -3,7 +3,7 @@
 #include <QImage>
 
 #include "imaging/Outcome.h"
-#include "output/FrameSizes.h"
+#include "output/AnimationRequest.h"
 #include "output/animation/AnimationEncoder.h"
 #include "output/animation/Canvas.h"
 
@@ -17,13 +17,13 @@ struct CanvasFit {
     int width = 0;
     int height = 0;
     float ratio = 1;         ///< of the crop in `CropToSmallest`
+    double framesWidth = 0;  ///< that is brought to `width`; 0: frames keep their size
     bool softAlpha = false;  ///< else a pixel is there or not
 };
 
-/// The canvas for these frames, or why there can be none: no frame is readable, or it is larger
-/// than the encoder or memory allows.
-Outcome<CanvasFit> FitFor(const std::vector<FrameInput>& frames, FrameFitMode mode,
-                          const AnimationEncoder& encoder);
+/// The canvas for the request's frames, or why there can be none: no frame is readable, or it is
+/// larger than the encoder or memory allows.
+Outcome<CanvasFit> FitFor(const AnimationRequest& request, const AnimationEncoder& encoder);
 
 /// The posterised frame on the canvas, with alpha as the encoder takes it. The frame is
 /// Format_RGBA8888.

@@ -149,6 +149,9 @@ Edit edits::ResetSettings(const Document& document, ResetGroup group) {
     settings.values = group == ResetGroup::CropResize
                           ? ResetCropResize(settings.values, document.facts.size)
                           : ResetGroupOf(settings.values, group);
+    if (group == ResetGroup::Output) {
+        settings.preset.clear();
+    }
     if (rule.notesTexts) {
         settings.textFieldsValues = StoreTextFieldsValues(settings.values);
     }
@@ -162,6 +165,7 @@ Edit edits::LoadSettings(const Document& document, const Profile& profile, const
     Edit edit{.label = Label("Load Profile"), .after = document, .picture = true};
     edit.after.settings.values = profile.values;
     edit.after.settings.unknown = profile.unknown;
+    edit.after.settings.preset.clear();
     edit.after.settings.textFieldsValues = StoreTextFieldsValues(profile.values);
     UpdateGeometry(edit.after.settings, document.facts.size);
     Identity& identity = edit.after.identity;

@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 
+#include "imaging/Words.h"
 #include "output/SizeText.h"
 
 namespace lumirra {
@@ -131,31 +133,34 @@ int FittingStep(const Preset& preset, int frames) {
     return (frames + preset.maxFrames - 1) / preset.maxFrames;
 }
 
+QString LimitsText(const Preset& preset) {
+    QStringList limits;
+    if (preset.maxBytes > 0) {
+        limits << SizeText(preset.maxBytes);
+    }
+    const bool box = preset.maxWidth > 0 && preset.maxHeight > 0;
+    if (box) {
+        limits << Filled(QStringLiteral("%1 × %2"), preset.maxWidth, preset.maxHeight);
+    }
+    const std::pair<double, QString> rows[] = {
+        {box ? 0 : preset.maxWidth, QStringLiteral("%1 wide")},
+        {box ? 0 : preset.maxHeight, QStringLiteral("%1 high")},
+        {static_cast<double>(preset.maxPixels), QStringLiteral("%1 pixels")},
+        {preset.maxFrames, QStringLiteral("%1 frames")},
+        {preset.maxSeconds, QStringLiteral("%1 s")}};
+    for (const auto& [limit, text] : rows) {
+        if (limit > 0) {
+            limits << text.arg(limit, 0, 'g', 12);
+        }
+    }
+    return limits.join(QStringLiteral(", "));
+}
+
 QString ListPresets(const std::vector<Preset>& presets) {
     QString text;
     for (const Preset& preset : presets) {
-        QStringList limits;
-        if (preset.maxBytes > 0) {
-            limits << SizeText(preset.maxBytes);
-        }
-        if (preset.maxWidth > 0) {
-            limits << QStringLiteral("%1 wide").arg(preset.maxWidth);
-        }
-        if (preset.maxHeight > 0) {
-            limits << QStringLiteral("%1 high").arg(preset.maxHeight);
-        }
-        if (preset.maxPixels > 0) {
-            limits << QStringLiteral("%1 pixels").arg(preset.maxPixels);
-        }
-        if (preset.maxFrames > 0) {
-            limits << QStringLiteral("%1 frames").arg(preset.maxFrames);
-        }
-        if (preset.maxSeconds > 0) {
-            limits << QStringLiteral("%1 s").arg(preset.maxSeconds);
-        }
         text += preset.name.leftJustified(17) + preset.place.leftJustified(18) +
-                limits.join(QStringLiteral(", ")).leftJustified(42) + preset.date +
-                QLatin1Char('\n');
+                LimitsText(preset).leftJustified(42) + preset.date + QLatin1Char('\n');
     }
     return text;
 }

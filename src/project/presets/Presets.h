@@ -36,6 +36,9 @@ ImageSize FittingSize(const Preset& preset, ImageSize size);
 /// Every how many of that many frames the place takes; 1 when it takes all.
 int FittingStep(const Preset& preset, int frames);
 
+/// What it takes, in a few words: "15.0 MB, 1280 × 1080, 350 frames".
+QString LimitsText(const Preset& preset);
+
 /// One line for each: name, place, what it takes, date.
 QString ListPresets(const std::vector<Preset>& presets);
 
