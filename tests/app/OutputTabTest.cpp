@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <QDoubleSpinBox>
 #include <QTest>
 #include <random>
@@ -43,6 +44,26 @@ TEST_F(OutputTab, QualityLimitAndRepeatingBelongToTheProject) {
     EXPECT_FALSE(Enabled("fieldMaxSize"));
     const ViewController next(theme, dialogs, folder.path());
     EXPECT_EQ(next.Values(), InitialControlValues());
+}
+
+TEST_F(OutputTab, AssistiveTechnologyTurnsSettingsOnAndOff) {
+    const auto toggle = [this](const char* outlet) {
+        auto* button = QAccessible::queryAccessibleInterface(&Find<QWidget>(outlet));
+        button->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    };
+    toggle("checkMaxWidth");
+    EXPECT_TRUE(window.Values().IsOn(Control::CheckMaxWidth));
+    EXPECT_TRUE(Enabled("fieldMaxWidth"));
+    toggle("checkMaxWidth");
+    EXPECT_FALSE(window.Values().IsOn(Control::CheckMaxWidth));
+    OpenVideo(Media("monster.mp4"));
+    for (const char* outlet : {"radioFixedNumberOfFrames", "radioFixedIntervalBetweenFrames"}) {
+        toggle(outlet);
+        EXPECT_TRUE(window.Values().IsOn(*ControlByName(QString::fromLatin1(outlet)))) << outlet;
+        Press(outlet);
+        EXPECT_TRUE(Find<QAbstractButton>(outlet).isChecked()) << "it stays on";
+    }
+    EXPECT_FALSE(window.Values().IsOn(Control::RadioFixedNumberOfFrames));
 }
 
 TEST_F(OutputTab, WhatALaterVersionKeptInTheProfileStays) {

@@ -6,6 +6,8 @@
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <memory>
+#include <utility>
 
 #include "views/controls/CaptionField.h"
 #include "views/controls/ColorWell.h"
@@ -70,16 +72,11 @@ void ControlWidgets::Connect(const ControlRow& row) {
                              [edited](double value) { edited(static_cast<float>(value)); });
             break;
         case ControlKind::Check:
-            QObject::connect(&As<QCheckBox>(widget), &QCheckBox::clicked, &context_,
+            QObject::connect(&As<QCheckBox>(widget), &QCheckBox::toggled, &context_,
                              [edited](bool on) { edited(on); });
             break;
         case ControlKind::Radio:
-            QObject::connect(&As<QRadioButton>(widget), &QRadioButton::clicked, &context_,
-                             [&widget, edited] {
-                                 // A click on the radio that is on leaves it on.
-                                 As<QRadioButton>(widget).setChecked(true);
-                                 edited(true);
-                             });
+            ConnectRadio(row.control);
             break;
         case ControlKind::PopUp:
             QObject::connect(&As<PopUp>(widget), &PopUp::activated, &context_,
@@ -93,6 +90,26 @@ void ControlWidgets::Connect(const ControlRow& row) {
                              [this, edited](const QColor& color) { edited(ColorOf(color)); });
             break;
     }
+}
+
+/// Assistive technology toggles a radio without a click; a click on the one that is on leaves it
+/// on.
+void ControlWidgets::ConnectRadio(Control control) {
+    auto& radio = As<QRadioButton>(WidgetOf(control));
+    const auto told = std::make_shared<bool>(false);
+    QObject::connect(&radio, &QRadioButton::toggled, &context_, [this, control, told](bool on) {
+        if (on) {
+            *told = true;
+            onEdited_(control, true);
+        }
+    });
+    QObject::connect(&radio, &QRadioButton::clicked, &context_, [this, control, told, &radio] {
+        const QSignalBlocker blocker(radio);
+        radio.setChecked(true);
+        if (!std::exchange(*told, false)) {
+            onEdited_(control, true);
+        }
+    });
 }
 
 void ControlWidgets::ConnectText(Control control) {
@@ -163,9 +180,11 @@ void ControlWidgets::ShowRow(const ControlRow& row, const ControlValues& values)
             break;
         }
         case ControlKind::Check:
-        case ControlKind::Radio:
+        case ControlKind::Radio: {
+            const QSignalBlocker blocker(widget);
             As<QAbstractButton>(widget).setChecked(values.IsOn(row.control));
             break;
+        }
         case ControlKind::PopUp:
             As<PopUp>(widget).setCurrentIndex(values.Index(row.control));
             break;

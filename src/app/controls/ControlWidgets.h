@@ -37,6 +37,7 @@ class ControlWidgets {
         return *widgets_[static_cast<std::size_t>(control)];
     }
     void Connect(const ControlRow& row);
+    void ConnectRadio(Control control);
     void ConnectText(Control control);
     void ShowRow(const ControlRow& row, const ControlValues& values);
     void ShowText(Control control, const QString& text);

@@ -21,9 +21,11 @@ constexpr int kItemMargin = 12;  ///< logical pixels beside the text of an item
 QString RemedyText(const Misfit& misfit) {
     switch (misfit.what) {
         case Misfit::What::Frames:
-            return PresetController::tr("One in %1 of them would do.").arg(misfit.remedy);
+            return PresetController::tr("Keep Every n-th Frame (Edit menu) with %1 would do.")
+                .arg(misfit.remedy);
         case Misfit::What::Seconds:
-            return PresetController::tr("At %1 times the speed they would do.").arg(misfit.remedy);
+            return PresetController::tr("Change Speed (Edit menu) to %1 would do.")
+                .arg(misfit.remedy);
         case Misfit::What::Size:
             return PresetController::tr("A width of %1 would do.").arg(misfit.remedy);
         case Misfit::What::Bytes:
