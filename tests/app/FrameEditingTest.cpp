@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QMenu>
 #include <QTest>
+#include <stdexcept>
 
 #include "WindowFixture.h"
 #include "app/dialogs/NearDuplicatesDialog.h"
@@ -94,6 +95,9 @@ TEST_F(FrameEditing, DelaysAreTypedShownAndSummed) {
     EXPECT_EQ(Shown(), QStringLiteral("10:25* 20 30:25*"));
     Trigger("actionFrameDelay");
     QTest::keyClicks(&field, QStringLiteral("9"));
+    TheProject().Follow(WithSelectionTo(TheProject().State(), 0));
+    EXPECT_EQ(field.text(), QStringLiteral("9")) << "what is being typed stays";
+    Select({0, 2});
     QTest::keyClick(&field, Qt::Key_Escape);
     EXPECT_EQ(field.text(), QStringLiteral("0.25"));
     EXPECT_EQ(Frames().SelectedIds().size(), 2) << "Escape is the field's";

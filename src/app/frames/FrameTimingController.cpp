@@ -85,7 +85,9 @@ void FrameTimingController::Follow(ProjectChanges what) {
                 : tr("%1 s in all").arg(static_cast<double>(Starts().back()) / 1000, 0, 'f', 2));
         ui_.scrollViewFrames->RefreshWords();
     }
-    if (what & (ProjectChange::Frames | ProjectChange::Settings | ProjectChange::Selection)) {
+    const bool isTyped = ui_.fieldFrameDelay->hasFocus() && ui_.fieldFrameDelay->isModified();
+    if (!isTyped &&
+        (what & (ProjectChange::Frames | ProjectChange::Settings | ProjectChange::Selection))) {
         ShowDelay();
     }
 }

@@ -306,6 +306,7 @@ void ScrollViewFrames::contextMenuEvent(QContextMenuEvent* event) {
     }
     EndDrag();
     UpdateCell(std::exchange(current_, index));
+    Reveal(byMouse ? -1 : index);
     if (Look(index) != CellLook::Selected) {
         Tell(index, {});
     }
