@@ -127,7 +127,9 @@ void PresetController::ShowAdvice() {
             offeredWidth_ = std::min(width, offeredWidth_.value_or(width));
         }
     }
-    const QString text = lines.join(QLatin1Char('\n'));
+    // A size is not broken over two lines.
+    const QString text = lines.join(QLatin1Char('\n'))
+                             .replace(QStringLiteral(" × "), QStringLiteral("\u00a0×\u00a0"));
     const bool more = text.size() > ui_.labelPresetAdvice->text().size();
     ui_.labelPresetAdvice->setText(text);
     ui_.labelPresetAdvice->setVisible(!lines.isEmpty());

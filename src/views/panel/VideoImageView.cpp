@@ -160,6 +160,10 @@ bool VideoImageView::PerformDragOperation(const QMimeData& files) {
 }
 
 void VideoImageView::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->source() != nullptr) {
+        event->ignore();  // what this program gives to others is no source of its own
+        return;
+    }
     DraggingEntered(*event->mimeData());
     event->setDropAction(Qt::CopyAction);
     event->accept();

@@ -163,6 +163,10 @@ void VideoPanel::mouseReleaseEvent(QMouseEvent*) {
 }
 
 void VideoPanel::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->source() != nullptr) {
+        event->ignore();  // what this program gives to others is no source of its own
+        return;
+    }
     imageView_->DraggingEntered(*event->mimeData());
     event->setDropAction(Qt::CopyAction);
     event->accept();

@@ -21,7 +21,8 @@ class PresetStory : public GenerateStory {
     void Choose(const char* place) { Choose(window, QString::fromUtf8(place)); }
     QString Chosen() { return Find<PopUp>("popUpPreset").currentText(); }
     QString Advice() {
-        return Shown("labelPresetAdvice") ? TextOf("labelPresetAdvice") : QString();
+        QString text = TextOf("labelPresetAdvice");
+        return Shown("labelPresetAdvice") ? text.replace(QChar(0xa0), QLatin1Char(' ')) : QString();
     }
     void Trigger(const char* action) {
         window.findChild<QAction*>(QString::fromLatin1(action))->trigger();
