@@ -116,6 +116,11 @@ TEST(FrameEdits, FramesAreThinnedOut) {
     EXPECT_EQ(Order(edits::RemoveNearDuplicates(Selecting(five, {0, 1, 3, 4}), pictures, 2).after),
               "1:13* 3 4:17* ")
         << "what stands between parts them";
+    EXPECT_EQ(
+        Order(edits::RemoveNearDuplicates(Listing({30000, 30000, 30000, 0, 65535}), pictures, 2)
+                  .after),
+        "1:60000 3:30010 5:65535 ")
+        << "no time is lost";
     EXPECT_EQ(Order(edits::RemoveNearDuplicates(five, {}, 254).after), Order(five));
 }
 

@@ -45,6 +45,25 @@ FrameSequence SequenceOf(const FrameList& list, const QList<int>& indices) {
     return sequence;
 }
 
+/// And more of them where one would else be shown for longer than a file can say.
+std::vector<int> WithinLongestDelay(const std::vector<int>& kept, const FrameSequence& sequence,
+                                    int commonDelay) {
+    std::vector<int> more;
+    std::size_t next = 0;
+    int shown = 0;
+    for (std::size_t i = 0; i < sequence.size(); ++i) {
+        const int delay = sequence[i].delay.value_or(commonDelay);
+        const bool isKept = next < kept.size() && static_cast<std::size_t>(kept[next]) == i;
+        next += isKept ? 1 : 0;
+        if (isKept || shown + delay > kLongestHundredths) {
+            more.push_back(static_cast<int>(i));
+            shown = 0;
+        }
+        shown += delay;
+    }
+    return more;
+}
+
 /// The indices cut where one of the list is left out.
 std::vector<QList<int>> RunsOf(const QList<int>& ascending) {
     std::vector<QList<int>> runs;
@@ -209,9 +228,10 @@ Edit edits::RemoveNearDuplicates(const Document& document,
             for (const int index : run) {
                 looks.push_back(pictures.value(list.At(index).id));
             }
-            const std::vector<int> kept = WithoutNearDuplicates(looks, threshold);
-            for (const ShownFrame& frame :
-                 KeepingTime(SequenceOf(list, run), kept, CommonDelay(document))) {
+            const FrameSequence sequence = SequenceOf(list, run);
+            const std::vector<int> kept = WithinLongestDelay(
+                WithoutNearDuplicates(looks, threshold), sequence, CommonDelay(document));
+            for (const ShownFrame& frame : KeepingTime(sequence, kept, CommonDelay(document))) {
                 list.SetDelay(frame.frame, frame.delay);
             }
             std::vector<bool> stays(looks.size());
