@@ -16,9 +16,19 @@ namespace lumirra {
 struct Settings {
     ControlValues values;
     AcceptedTexts textFieldsValues = StoreTextFieldsValues(values);
-    QJsonObject unknown;  ///< of the profile that was loaded: settings of other versions
-    QString preset;       ///< name of the preset chosen; empty: none
+    /// What a profile keeps beside the values: settings of other versions, the preset's name.
+    QJsonObject unknown;
     OutputDimensions lastDimensions;  ///< last written to or accepted from the dimension fields
+
+    /// The name of the preset chosen; empty: none.
+    QString Preset() const { return unknown.value(QLatin1String("preset")).toString(); }
+    void SetPreset(const QString& name) {
+        if (name.isEmpty()) {
+            unknown.remove(QLatin1String("preset"));
+        } else {
+            unknown.insert(QLatin1String("preset"), name);
+        }
+    }
 
     friend bool operator==(const Settings&, const Settings&) = default;
 };

@@ -90,6 +90,7 @@ class Session(GifSteps, unittest.TestCase):
             numbers = [0, 54, 0, 30, 60, FRAMES - 1]
             self.generates(numbers)
             self.plays(numbers)
+            self.copies_the_gif()
             self.saves_the_gif(numbers)
             self.saves_and_loads_the_profile()
             self.closes_during_a_run()

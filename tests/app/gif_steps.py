@@ -70,6 +70,14 @@ class GifSteps:
         time.sleep(2 / FRAMES_PER_SECOND)
         self.assertEqual(self.gif_on_screen(), numbers[0])
 
+    def copies_the_gif(self):
+        """The copy goes with the program: the end of the session looks for what is left."""
+        self.desk.key("ctrl+shift+c")
+        copies = (self.desk.folder / "tmp").rglob
+        copy, = until(lambda: list(copies("videoGif.gif")), "the copy")
+        made, = copies("tempGif.gif")
+        self.assertEqual(copy.read_bytes(), made.read_bytes())
+
     def saves_the_gif(self, numbers):
         frames = self.stored_frames()
         self.assertEqual(len(frames), len(numbers))

@@ -278,7 +278,7 @@ TEST_F(ProjectTest, APresetIsOneStepAndTakesItsLimitsAlongWhenItGoes) {
     EXPECT_EQ(output.maxBytes, 128'000);
     EXPECT_EQ(output.maxWidth, 160);
     EXPECT_EQ(project.Values().Text(Control::TextFieldFixedNumberOfFrames), QStringLiteral("50"));
-    EXPECT_EQ(project.State().settings.preset, QStringLiteral("small"));
+    EXPECT_EQ(project.State().settings.Preset(), QStringLiteral("small"));
     EXPECT_TRUE(project.State().IsModified());
     const Settings chosen = project.State().settings;
 
@@ -295,13 +295,13 @@ TEST_F(ProjectTest, APresetIsOneStepAndTakesItsLimitsAlongWhenItGoes) {
     EXPECT_EQ(OutputSettingsOf(project.Values()).maxWidth, 70);
     project.Apply(edits::ChoosePreset(project.State(), std::nullopt));
     EXPECT_EQ(OutputSettingsOf(project.Values()).maxWidth, 0);
-    EXPECT_EQ(project.State().settings.preset, QString());
+    EXPECT_EQ(project.State().settings.Preset(), QString());
     for (int i = 0; i < 5; ++i) {
         project.Undo();
     }
     EXPECT_EQ(project.State().settings, chosen);
     project.Apply(edits::ResetSettings(project.State(), ResetGroup::Output));
-    EXPECT_EQ(project.State().settings.preset, QString());
+    EXPECT_EQ(project.State().settings.Preset(), QString());
     project.Undo();
     project.Undo();
     EXPECT_EQ(project.State().settings, before);

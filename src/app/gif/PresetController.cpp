@@ -86,7 +86,7 @@ void PresetController::Choose(int item) {
 
 const Preset* PresetController::Chosen() const {
     const auto found = std::find_if(presets_.begin(), presets_.end(), [&](const Preset& preset) {
-        return preset.name == project_.State().settings.preset;
+        return preset.name == project_.State().settings.Preset();
     });
     return found == presets_.end() ? nullptr : &*found;
 }

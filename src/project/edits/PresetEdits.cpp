@@ -41,11 +41,11 @@ ControlValues WithFrameCount(ControlValues values, int most) {
 Edit edits::ChoosePreset(const Document& document, const std::optional<Preset>& preset) {
     Edit edit{.label = Label("Preset"), .after = document, .marks = true};
     Settings& settings = edit.after.settings;
-    if (!settings.preset.isEmpty()) {
+    if (!settings.Preset().isEmpty()) {
         settings.values.SetOn(Control::CheckMaxSize, false);
         settings.values.SetOn(Control::CheckMaxWidth, false);
     }
-    settings.preset = preset ? preset->name : QString();
+    settings.SetPreset(preset ? preset->name : QString());
     if (!preset) {
         return edit;
     }

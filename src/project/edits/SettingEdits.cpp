@@ -150,7 +150,7 @@ Edit edits::ResetSettings(const Document& document, ResetGroup group) {
                           ? ResetCropResize(settings.values, document.facts.size)
                           : ResetGroupOf(settings.values, group);
     if (group == ResetGroup::Output) {
-        settings.preset.clear();
+        settings.SetPreset({});
     }
     if (rule.notesTexts) {
         settings.textFieldsValues = StoreTextFieldsValues(settings.values);
@@ -165,7 +165,6 @@ Edit edits::LoadSettings(const Document& document, const Profile& profile, const
     Edit edit{.label = Label("Load Profile"), .after = document, .picture = true};
     edit.after.settings.values = profile.values;
     edit.after.settings.unknown = profile.unknown;
-    edit.after.settings.preset.clear();
     edit.after.settings.textFieldsValues = StoreTextFieldsValues(profile.values);
     UpdateGeometry(edit.after.settings, document.facts.size);
     Identity& identity = edit.after.identity;

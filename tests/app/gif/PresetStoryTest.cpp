@@ -57,6 +57,14 @@ TEST_F(PresetStory, SaysWhatWillNotFitAndMendsTheWidth) {
     Find<QDoubleSpinBox>("fieldMaxSize").setValue(2);
     EXPECT_TRUE(Advice().contains(QStringLiteral("128 KB"))) << qPrintable(Advice());
 
+    const QString profile = pictures.filePath(QStringLiteral("p.lmr"));
+    dialogs.saves.push_back(profile);
+    window.OnSaveProfile();
+    Choose("None");
+    ForgetChanges();
+    dialogs.files.push_back(QStringList{profile});
+    window.OnLoadProfile();
+    EXPECT_TRUE(Chosen().startsWith(QStringLiteral("Slack, emoji"))) << "the profile keeps it";
     Choose("None");
     EXPECT_EQ(Advice(), QString());
     EXPECT_EQ(Output().maxBytes + Output().maxWidth, 0);
