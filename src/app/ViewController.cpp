@@ -22,6 +22,8 @@
 #include "app/lifecycle/LifecycleController.h"
 #include "app/preview/PreviewController.h"
 #include "app/profile/ProfileController.h"
+#include "app/recovery/RecoveryController.h"
+#include "app/recovery/SessionKeeper.h"
 #include "app/session/FileCommands.h"
 #include "app/source/PlaybackController.h"
 #include "app/source/SourceController.h"
@@ -55,7 +57,10 @@ ViewController::ViewController(Theme& theme, Dialogs& dialogs, const QString& te
     setFocus();  // no control is singled out before Tab is pressed
 }
 
-ViewController::~ViewController() = default;
+ViewController::~ViewController() {
+    StopWork();
+    static_cast<void>(keeper_->Finish(false));  // unless it was closed in order
+}
 
 void ViewController::MakeControllers(Dialogs& dialogs, const QUrl& store) {
     actions_ = std::make_unique<CommandActions>(*this);
@@ -77,6 +82,9 @@ void ViewController::MakeControllers(Dialogs& dialogs, const QUrl& store) {
     share_ = std::make_unique<ShareController>(dialogs, *ui_.gifPreview, previewFile_);
     profile_ = std::make_unique<ProfileController>(project_, dialogs);
     lifecycle_ = std::make_unique<LifecycleController>(project_, dialogs);
+    recovery_ = std::make_unique<RecoveryController>(project_, session_, dialogs,
+                                                     *ui_.noticeSessions);
+    keeper_ = std::make_unique<SessionKeeper>(project_);
 }
 
 /// What one part's work means for another.
@@ -96,6 +104,11 @@ void ViewController::ConnectControllers() {
     connect(ui_.scrollViewFrames, &ScrollViewFrames::MenuWanted, this,
             &ViewController::ShowFrameMenu);
     connect(lifecycle_.get(), &LifecycleController::Leaving, this, &ViewController::LeaveProject);
+    connect(recovery_.get(), &RecoveryController::Restoring, this, &ViewController::LeaveProject);
+    connect(keeper_.get(), &SessionKeeper::Kept, recovery_.get(),
+            &RecoveryController::ForgetRestored);
+    connect(keeper_.get(), &SessionKeeper::Failed, recovery_.get(),
+            &RecoveryController::TellFailure);
 }
 
 /// The buttons at the picture's edge step back until they are pointed at or have the keyboard.
@@ -190,11 +203,15 @@ void ViewController::OnFileNew() {
     lifecycle_->New();
 }
 
-/// What runs for the project that is left stops, and nothing of it comes later.
-void ViewController::LeaveProject() {
+/// What runs for the project stops, and nothing of it comes later.
+void ViewController::StopWork() {
     session_.Job().Stop();
     StopPlayback();
     capture_->Forget();
+}
+
+void ViewController::LeaveProject() {
+    StopWork();
     gif_->Clear();
     source_->ShowTimesOf({});
     ui_.tabViewSettings->setCurrentIndex(0);
@@ -203,8 +220,13 @@ void ViewController::LeaveProject() {
 
 void ViewController::CleanTemporaryFiles() {
     session_.SetCopiedFrames({});
-    project_.Discard();
+    if (!keeper_->Finish(true)) {
+        project_.Discard();
+    }
     RemoveFile(previewFile_);
+}
+void ViewController::LookForSessions() {
+    recovery_->Look();
 }
 
 void ViewController::OnSaveProfile() {

@@ -26,7 +26,9 @@ class PlaybackController;
 class PresetController;
 class PreviewController;
 class ProfileController;
+class RecoveryController;
 class SaveController;
+class SessionKeeper;
 class SettingsController;
 class ShareController;
 class ShownFrameController;
@@ -60,6 +62,8 @@ class ViewController : public MainWindow {
     void OnSaveProfileAs();
     void OnLoadProfile();
     void CleanTemporaryFiles();
+    /// Tells of sessions that earlier runs left.
+    void LookForSessions();
 
     // the source
     void OnSelectVideo();
@@ -125,6 +129,7 @@ class ViewController : public MainWindow {
     void ShowTitle();
     void ShowHistory();
     void LoadMediaAhead();
+    void StopWork();
     void LeaveProject();
     void FlagsChanged(const QKeyEvent& event);
 
@@ -152,6 +157,8 @@ class ViewController : public MainWindow {
     std::unique_ptr<ShareController> share_;
     std::unique_ptr<ProfileController> profile_;
     std::unique_ptr<LifecycleController> lifecycle_;
+    std::unique_ptr<RecoveryController> recovery_;
+    std::unique_ptr<SessionKeeper> keeper_;
     QTimer loadAhead_;
     std::jthread loader_;
 };

@@ -8,6 +8,7 @@
 #include "app/gif/GifController.h"
 #include "app/gif/PresetController.h"
 #include "app/gif/ShareController.h"
+#include "app/recovery/RecoveryController.h"
 #include "app/source/SourceController.h"
 #include "ui_MainWindow.h"
 
@@ -34,6 +35,7 @@ void ViewController::BindProjectCommands() {
 void ViewController::BindSourceCommands() {
     actions_->Bind(Command::SelectVideo, [this] { OnSelectVideo(); });
     actions_->Bind(Command::SelectImage, [this] { OnSelectImage(); });
+    actions_->Bind(Command::ReopenSession, [this] { recovery_->ReopenLast(); });
     actions_->Bind(Command::PlayVideo, [this] { OnPlayVideo(); });
     actions_->Bind(Command::CloseVideo, [this] { OnStopVideo(); });
     actions_->Bind(Command::MarkAsStartTime, [this] { OnMarkAsStartTime(); });

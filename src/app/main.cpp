@@ -55,6 +55,7 @@ int main(int argc, char** argv) {
     noRuntimeFolder.reset();
     ViewController window(theme, dialogs, folder->Path());
     window.show();
+    window.LookForSessions();
     window.OpenFiles(arguments.files);
     QTimer panel;  // a file panel comes once the window stands
     panel.setSingleShot(true);

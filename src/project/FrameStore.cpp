@@ -16,9 +16,10 @@ struct FrameFile::Owner {
     QString folder;
     FrameStore::OnRemoveFailed onRemoveFailed;
     std::atomic<qint64> bytes = 0;
+    std::atomic<bool> leavesFiles = false;
 
     void Remove(const QString& path) const {
-        if (::unlink(FileBytes(path).constData()) != 0 && onRemoveFailed) {
+        if (!leavesFiles && ::unlink(FileBytes(path).constData()) != 0 && onRemoveFailed) {
             onRemoveFailed(path, SystemReason(errno));
         }
     }
@@ -27,7 +28,8 @@ struct FrameFile::Owner {
 FrameFile::FrameFile(std::shared_ptr<Owner> owner, QString path)
     : owner_(std::move(owner)),
       path_(std::move(path)),
-      bytes_(FactsOf(path_).bytes + FactsOf(ThumbnailPath(path_)).bytes) {
+      pictureBytes_(FactsOf(path_).bytes),
+      bytes_(pictureBytes_ + FactsOf(ThumbnailPath(path_)).bytes) {
     owner_->bytes += bytes_;
 }
 
@@ -63,6 +65,22 @@ Frame FrameStore::Adopt(const QString& path, QSize size,
                         std::shared_ptr<const FrameOrigin> origin) {
     return {++lastId_, std::make_shared<const FrameFile>(owner_, path), size, std::nullopt,
             std::move(origin)};
+}
+
+Outcome<Frame> FrameStore::TakeOver(const QString& path, QSize size,
+                                    std::shared_ptr<const FrameOrigin> origin) {
+    const Outcome<QString> claimed = Claim();
+    if (!claimed) {
+        return claimed.failure();
+    }
+    if (const auto linked = LinkFrame(path, *claimed); !linked) {
+        return linked.failure();
+    }
+    return Adopt(*claimed, size, std::move(origin));
+}
+
+void FrameStore::LeaveFiles() {
+    owner_->leavesFiles = true;
 }
 
 Frame FrameStore::Duplicate(const Frame& frame) {

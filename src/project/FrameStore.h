@@ -23,12 +23,15 @@ class FrameFile {
     ~FrameFile();
 
     const QString& Path() const { return path_; }
-    /// Of both files, when they were taken over.
+    /// Of the picture's file, when it was taken over.
+    qint64 PictureBytes() const { return pictureBytes_; }
+    /// Of both files then.
     qint64 Bytes() const { return bytes_; }
 
   private:
     std::shared_ptr<Owner> owner_;
     QString path_;
+    qint64 pictureBytes_ = 0;
     qint64 bytes_ = 0;
 };
 
@@ -50,6 +53,14 @@ class FrameStore {
 
     /// The frame whose complete files stand at that path of the folder; they are this store's now.
     Frame Adopt(const QString& path, QSize size, std::shared_ptr<const FrameOrigin> origin = {});
+
+    /// A frame of this store with the files of another folder, which stay as they are: the disk
+    /// holds them once where the file system can.
+    Outcome<Frame> TakeOver(const QString& path, QSize size,
+                            std::shared_ptr<const FrameOrigin> origin);
+
+    /// From now on files stay when their frames go: somebody else will need them.
+    void LeaveFiles();
 
     /// The same picture as a frame of its own.
     Frame Duplicate(const Frame& frame);

@@ -205,6 +205,12 @@ void Project::Restore(const DocumentParts& parts, const DocumentParts& other) {
     Take(std::move(after), also);
 }
 
+void Project::ForgetHistory() {
+    groupStart_.reset();
+    history_.Clear();
+    Q_EMIT Changed(ProjectChange::History);
+}
+
 void Project::Discard() {
     history_.Clear();
     groupStart_.reset();

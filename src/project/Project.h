@@ -56,6 +56,8 @@ class Project : public QObject {
     void Undo();
     void Redo();
 
+    /// Nothing can be undone any more; frame files that only the history needed go.
+    void ForgetHistory();
     /// Forgets history and frames, whose files go: the end of the project.
     void Discard();
 

@@ -1,70 +1,14 @@
 #include "settings/ProfileTail.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
-#include <algorithm>
 
-#include "settings/NumberText.h"
+#include "settings/ControlJson.h"
 
 namespace lumirra {
 namespace {
 
 constexpr auto kMark = QLatin1String("lumirra");
 constexpr int kVersion = 1;
-
-QJsonValue Coded(const ControlValues& values, const ControlRow& row) {
-    switch (row.kind) {
-        case ControlKind::Slider:
-        case ControlKind::Stepper:
-        case ControlKind::Number:
-            // The shortest text of the single-precision number: 0.1, not 0.10000000149.
-            return FieldNumber(PlainText(values.Number(row.control)));
-        case ControlKind::Check:
-        case ControlKind::Radio:
-            return values.IsOn(row.control);
-        case ControlKind::PopUp:
-            return values.Index(row.control);
-        case ControlKind::Text:
-            return values.Text(row.control);
-        case ControlKind::Color:
-            break;
-    }
-    const TextColor& color = values.Color(row.control);
-    return QJsonArray{color.red, color.green, color.blue, color.alpha};
-}
-
-void TakeColor(ControlValues& values, Control control, const QJsonArray& components) {
-    if (components.size() == 4) {
-        values.SetColor(control, {components[0].toDouble(), components[1].toDouble(),
-                                  components[2].toDouble(), components[3].toDouble()});
-    }
-}
-
-void TakeValue(ControlValues& values, const ControlRow& row, const QJsonValue& value) {
-    switch (row.kind) {
-        case ControlKind::Slider:
-        case ControlKind::Stepper:
-        case ControlKind::Number:
-            if (value.isDouble()) {
-                values.SetNumber(row.control, static_cast<float>(std::clamp(
-                                                  value.toDouble(), row.minimum, row.maximum)));
-            }
-            return;
-        case ControlKind::Check:
-        case ControlKind::Radio:
-            values.SetOn(row.control, value.toBool(values.IsOn(row.control)));
-            return;
-        case ControlKind::PopUp:
-            values.SetIndex(row.control, value.toInt(values.Index(row.control)));
-            return;
-        case ControlKind::Text:
-            values.SetText(row.control, value.toString(values.Text(row.control)));
-            return;
-        case ControlKind::Color:
-            TakeColor(values, row.control, value.toArray());
-            return;
-    }
-}
 
 bool LosesLineBreaks(const ControlValues& values, const ControlRow& row) {
     return row.kind == ControlKind::Text &&
@@ -103,10 +47,10 @@ QString ProfileTail(const Profile& profile) {
     QJsonObject tail = profile.unknown;
     for (const ControlRow& row : ControlTable()) {
         const bool wanted = row.scope == SettingScope::ProfileTail
-                                ? Coded(profile.values, row) != Coded(initial, row)
+                                ? JsonOf(profile.values, row) != JsonOf(initial, row)
                                 : LosesLineBreaks(profile.values, row);
         if (wanted) {
-            tail.insert(row.name, Coded(profile.values, row));
+            tail.insert(row.name, JsonOf(profile.values, row));
         }
     }
     if (tail.isEmpty()) {
@@ -133,7 +77,7 @@ void TakeProfileTail(Profile& profile, const QString& tail) {
         const QJsonValue value = object.take(row.name);
         if (row.scope == SettingScope::ProfileTail ||
             LineHoldsTheSameWords(profile.values, row, value)) {
-            TakeValue(profile.values, row, value);
+            TakeJson(profile.values, row, value);
         }
     }
     profile.unknown = object;

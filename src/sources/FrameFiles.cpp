@@ -32,6 +32,13 @@ std::int64_t NextMillisecond() {
     return std::max(now, before + 1);
 }
 
+/// In place of what is there.
+bool Link(const QString& from, const QString& to) {
+    const QByteArray name = FileBytes(to);
+    ::unlink(name.constData());
+    return ::link(FileBytes(from).constData(), name.constData()) == 0;
+}
+
 }  // namespace
 
 QString FrameFileName(std::int64_t millisecondsSince1970) {
@@ -75,6 +82,14 @@ Outcome<Done> CopyFrame(const QString& fromFramePath, const QString& framePath) 
         RemoveFrame(framePath);
     }
     return copied;
+}
+
+Outcome<Done> LinkFrame(const QString& fromFramePath, const QString& framePath) {
+    if (Link(fromFramePath, framePath) &&
+        Link(ThumbnailPath(fromFramePath), ThumbnailPath(framePath))) {
+        return Done{};
+    }
+    return CopyFrame(fromFramePath, framePath);
 }
 
 void RemoveFrame(const QString& framePath) {

@@ -30,6 +30,9 @@ Outcome<Done> StoreFrame(const QImage& picture, const QString& framePath);
 /// Makes `framePath` and its thumbnail copies of another frame's; both or neither stay. Any thread.
 Outcome<Done> CopyFrame(const QString& fromFramePath, const QString& framePath);
 
+/// As `CopyFrame`, but both names stand for the same file where the file system can.
+Outcome<Done> LinkFrame(const QString& fromFramePath, const QString& framePath);
+
 /// Removes the frame's file and its thumbnail, as far as they are there.
 void RemoveFrame(const QString& framePath);
 

@@ -182,9 +182,9 @@ QString TemporaryFolder::PreviewFile() const {
     return state_->path + QLatin1Char('/') + QLatin1String(kPreview);
 }
 
-Outcome<Done> TemporaryFolder::SetKept(bool kept) {
-    if (const int error = state_->marker.NoteKept(kept); error != 0) {
-        return Unusable(state_->path, error);
+Outcome<Done> TemporaryFolder::SetKept(const QString& folder, bool kept) {
+    if (const int error = FolderMarker::NoteKept(FileBytes(folder), kept); error != 0) {
+        return Unusable(folder, error);
     }
     return Done{};
 }

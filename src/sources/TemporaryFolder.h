@@ -34,8 +34,9 @@ class TemporaryFolder {
     /// The GIF under construction: "tempGif.gif" in the folder.
     QString PreviewFile() const;
 
-    /// Whether the folder is to outlive this process, even one that is killed. False at first.
-    Outcome<Done> SetKept(bool kept);
+    /// Whether such a folder is to outlive its process, even one that is killed. False at first.
+    /// What was noted so far is on the disk afterwards. In other folders it does nothing. Any thread.
+    static Outcome<Done> SetKept(const QString& folder, bool kept);
 
     /// Notes a file that is about to be made, so that it is removed with its folder: to be called
     /// for each file made in such a folder. In other folders it does nothing. Any thread.

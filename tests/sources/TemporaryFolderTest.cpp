@@ -51,7 +51,10 @@ class TemporaryFolderTest : public testing::Test {
             Put(ThumbnailPath(frame));
             Put(*NextFramePath(folder.Path()) + QStringLiteral(".812-3.part"));
             Put(folder.PreviewFile());
-            ::_exit((!kept || folder.SetKept(true)) && QFile::exists(frame) ? 0 : 1);
+            ::_exit((!kept || TemporaryFolder::SetKept(folder.Path(), true)) &&
+                            QFile::exists(frame)
+                        ? 0
+                        : 1);
         }
         int status = 0;
         ::waitpid(child, &status, 0);
@@ -140,7 +143,9 @@ TEST_F(TemporaryFolderTest, WhatIsKeptIsOfferedOnceAndTaken) {
             EXPECT_TRUE(TemporaryFolder::Left().isEmpty());
         }
         EXPECT_EQ(TemporaryFolder::Left(), QStringList{kept}) << "kept as it was";
-        EXPECT_TRUE(TemporaryFolder::TakeOver(kept)->SetKept(false));
+        std::optional<TemporaryFolder> last = TemporaryFolder::TakeOver(kept);
+        EXPECT_TRUE(TemporaryFolder::SetKept(kept, false));
+        last.reset();
         EXPECT_FALSE(QFile::exists(kept));
     }
     EXPECT_TRUE(Runs().isEmpty());

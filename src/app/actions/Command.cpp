@@ -7,6 +7,7 @@ constexpr std::array<CommandRow, kCommandCount> kTable{{
     {Command::New, "actionNew", nullptr},
     {Command::SelectVideo, "actionOpenVideo", "buttonSelectVideo"},
     {Command::SelectImage, "actionOpenPictures", "buttonSelectImage"},
+    {Command::ReopenSession, "actionReopenSession", nullptr},
     {Command::LoadProfile, "actionLoadProfile", nullptr},
     {Command::SaveProfile, "actionSaveProfile", nullptr},
     {Command::SaveProfileAs, "actionSaveProfileAs", nullptr},

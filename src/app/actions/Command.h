@@ -10,6 +10,7 @@ enum class Command {
     New,
     SelectVideo,
     SelectImage,
+    ReopenSession,
     LoadProfile,
     SaveProfile,
     SaveProfileAs,

@@ -41,7 +41,8 @@ WindowFacts FactsOf(const Project& project, const Session& session) {
             .limitsWidth = project.Values().IsOn(Control::CheckMaxWidth),
             .repeatsForever = project.Values().IsOn(Control::CheckRepeatForever),
             .canUndo = project.CanUndo(),
-            .canRedo = project.CanRedo()};
+            .canRedo = project.CanRedo(),
+            .canReopen = session.CanReopen()};
 }
 
 WidgetState StateOf(Command command, const WindowFacts& facts) {
@@ -60,6 +61,8 @@ WidgetState StateOf(Command command, const WindowFacts& facts) {
             return {facts.canUndo && !facts.locked};
         case Command::Redo:
             return {facts.canRedo && !facts.locked};
+        case Command::ReopenSession:
+            return {facts.canReopen && !facts.locked};
         case Command::PlayVideo:
             return Shown(facts.video && !facts.playing, facts.locked);
         case Command::PreviousImage:

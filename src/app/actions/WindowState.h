@@ -26,6 +26,7 @@ struct WindowFacts {
     bool repeatsForever = false;
     bool canUndo = false;
     bool canRedo = false;
+    bool canReopen = false;
 };
 WindowFacts FactsOf(const Project& project, const Session& session);
 

@@ -43,4 +43,9 @@ void Session::SetOffersWidth(bool offers) {
     }
 }
 
+void Session::SetCanReopen(bool can) {
+    canReopen_ = can;
+    Q_EMIT Changed();
+}
+
 }  // namespace lumirra

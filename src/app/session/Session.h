@@ -50,8 +50,13 @@ class Session : public QObject {
     const QList<Frame>& CopiedFrames() const { return copiedFrames_; }
     void SetCopiedFrames(QList<Frame> frames);
 
+    /// There is a last session to go on with.
+    bool CanReopen() const { return canReopen_; }
+    void SetCanReopen(bool can);
+
   Q_SIGNALS:
-    /// Locked, playing, what is known of the GIF and on offer for it, or the frames copied.
+    /// Locked, playing, what is known of the GIF and on offer for it, the frames copied, or what can
+    /// be reopened.
     void Changed();
 
   private:
@@ -64,6 +69,7 @@ class Session : public QObject {
     bool offersWidth_ = false;
     bool updating_ = false;
     bool commandIsPressed_ = false;
+    bool canReopen_ = false;
 };
 
 }  // namespace lumirra

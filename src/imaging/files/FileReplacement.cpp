@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "imaging/files/FileName.h"
+#include "imaging/files/FileSync.h"
 #include "imaging/files/SystemReason.h"
 
 namespace lumirra {
@@ -55,26 +56,6 @@ Descriptor OpenBeside(const QByteArray& target, mode_t mode, QByteArray& part) {
             return file;
         }
     }
-}
-
-int SyncFile(const Descriptor& file) {
-    while (::fsync(file.Get()) != 0) {
-        if (errno != EINTR) {
-            return errno;
-        }
-    }
-    return 0;
-}
-
-/// Has the name be on the disk too. A folder that may be written but not read, or whose file system
-/// has no such operation, is as safe as it can be.
-int SyncFolderOf(const QByteArray& path) {
-    const Descriptor folder(::open(FolderOf(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.IsOpen()) {
-        return errno == EACCES ? 0 : errno;
-    }
-    const int error = SyncFile(folder);
-    return error == EINVAL ? 0 : error;
 }
 
 int Rename(const QByteArray& from, const QByteArray& to, unsigned flags = 0) {
@@ -185,7 +166,7 @@ int FileReplacement::TakePlaceOfOld() {
     if (const int error = Rename(part_, target_, RENAME_EXCHANGE); error != 0) {
         return error;
     }
-    const int error = SyncFolderOf(target_);
+    const int error = SyncFolder(FolderOf(target_));
     if (error != 0) {
         static_cast<void>(Rename(part_, target_, RENAME_EXCHANGE));
     }
@@ -207,7 +188,7 @@ int FileReplacement::TakePlace() {
         return error;
     }
     part_.clear();
-    const int error = synced ? SyncFolderOf(target_) : 0;
+    const int error = synced ? SyncFolder(FolderOf(target_)) : 0;
     if (error != 0 && !replaces_) {
         ::unlink(target_.constData());
     }

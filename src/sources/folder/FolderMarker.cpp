@@ -6,6 +6,7 @@
 
 #include <QSet>
 #include <cerrno>
+#include <functional>
 #include <utility>
 
 #include "imaging/files/FileReplacement.h"
@@ -77,6 +78,14 @@ Descriptor OpenMarker(const Descriptor& folder, const QByteArray& name) {
     return ours ? std::move(file) : Descriptor();
 }
 
+Descriptor OpenFolder(const QByteArray& path) {
+    return Descriptor(::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
+QByteArray NameOf(const QByteArray& path) {
+    return path.mid(path.lastIndexOf('/') + 1);
+}
+
 bool SaysKept(const QByteArrayList& words) {
     return words.lastIndexOf(kKeepWord) > words.lastIndexOf(kDropWord);
 }
@@ -132,14 +141,29 @@ bool FolderMarker::IsKept(const Descriptor& folder, const QByteArray& name) {
 int FolderMarker::NoteFile(const QByteArray& path) {
     const qsizetype slash = path.lastIndexOf('/');
     const QByteArray folderPath = slash < 0 ? QByteArray(".") : path.first(slash);
-    const QByteArray folderName = folderPath.mid(folderPath.lastIndexOf('/') + 1);
-    const Descriptor folder(::open(folderPath.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    const Descriptor marker = OpenMarker(folder, folderName);
+    const Descriptor folder = OpenFolder(folderPath);
+    const Descriptor marker = OpenMarker(folder, NameOf(folderPath));
     return marker.IsOpen() ? WriteWhole(marker, Line(kFileWord + path.mid(slash + 1))) : 0;
 }
 
-int FolderMarker::NoteKept(bool kept) {
-    return WriteWhole(file_, Line(kept ? kKeepWord : kDropWord));
+int FolderMarker::NoteKept(const QByteArray& folderPath, bool kept) {
+    const Descriptor folder = OpenFolder(folderPath);
+    const Descriptor marker = OpenMarker(folder, NameOf(folderPath));
+    if (!marker.IsOpen()) {
+        return 0;
+    }
+    const QByteArray word = kept ? kKeepWord : kDropWord;
+    if (const int error = WriteWhole(marker, Line(word)); error != 0) {
+        return error;
+    }
+    // The marker, its name, and the folder's name.
+    for (const Descriptor& file : {std::cref(marker), std::cref(folder)}) {
+        if (::fsync(file.Get()) != 0) {
+            return errno;
+        }
+    }
+    const Descriptor parent(::openat(folder.Get(), "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return parent.IsOpen() && ::fsync(parent.Get()) == 0 ? 0 : errno;
 }
 
 bool FolderMarker::IsKept() const {

@@ -25,7 +25,10 @@ class FolderMarker {
     /// error number, and then the file is not to be made. Any thread, any process.
     static int NoteFile(const QByteArray& path);
 
-    int NoteKept(bool kept);
+    /// Notes whether what the folder holds is to outlive its run, when it is one of ours; all notes
+    /// are on the disk then. Returns and threads as above.
+    static int NoteKept(const QByteArray& folderPath, bool kept);
+
     bool IsKept() const;
     /// Removes the files noted, with the small copies and unfinished parts that belong to them, and
     /// the marker when nothing else is left. What was not noted stays.
