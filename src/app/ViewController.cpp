@@ -59,7 +59,7 @@ ViewController::ViewController(Theme& theme, Dialogs& dialogs, const QString& te
 
 ViewController::~ViewController() {
     StopWork();
-    static_cast<void>(keeper_->Finish(false));  // unless it was closed in order
+    static_cast<void>(KeepSession(false));  // unless it was closed in order
 }
 
 void ViewController::MakeControllers(Dialogs& dialogs, const QUrl& store) {
@@ -82,8 +82,8 @@ void ViewController::MakeControllers(Dialogs& dialogs, const QUrl& store) {
     share_ = std::make_unique<ShareController>(dialogs, *ui_.gifPreview, previewFile_);
     profile_ = std::make_unique<ProfileController>(project_, dialogs);
     lifecycle_ = std::make_unique<LifecycleController>(project_, dialogs);
-    recovery_ = std::make_unique<RecoveryController>(project_, session_, dialogs,
-                                                     *ui_.noticeSessions);
+    recovery_ =
+        std::make_unique<RecoveryController>(project_, session_, dialogs, *ui_.noticeSessions);
     keeper_ = std::make_unique<SessionKeeper>(project_);
 }
 
@@ -219,12 +219,21 @@ void ViewController::LeaveProject() {
 }
 
 void ViewController::CleanTemporaryFiles() {
-    session_.SetCopiedFrames({});
-    if (!keeper_->Finish(true)) {
+    if (!KeepSession(true)) {
         project_.Discard();
     }
     RemoveFile(previewFile_);
 }
+
+bool ViewController::KeepSession(bool inOrder) {
+    session_.SetCopiedFrames({});
+    const bool kept = keeper_->Finish(inOrder);
+    if (kept) {
+        recovery_->ForgetRestored();
+    }
+    return kept;
+}
+
 void ViewController::LookForSessions() {
     recovery_->Look();
 }

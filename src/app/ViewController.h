@@ -130,6 +130,7 @@ class ViewController : public MainWindow {
     void ShowHistory();
     void LoadMediaAhead();
     void StopWork();
+    bool KeepSession(bool inOrder);
     void LeaveProject();
     void FlagsChanged(const QKeyEvent& event);
 

@@ -141,7 +141,15 @@ class Program:
 
     def _appeared(self, name):
         assert self.process.poll() is None, f"{name} ended with {self.process.returncode}"
-        return next((a for a in self.spi.Registry.getDesktop(0) if a and a.name == name), None)
+        everybody = self.spi.Registry.getDesktop(0)
+        everybody.clear_cache()  # which knows earlier programs
+        return next((a for a in everybody if self._is_this(a, name)), None)
+
+    def _is_this(self, accessible, name):
+        try:
+            return accessible.name == name and accessible.get_process_id() == self.process.pid
+        except Exception:  # a program that has gone; the tree's own errors have no common base
+            return False
 
     def __enter__(self):
         return self

@@ -3,6 +3,7 @@
 
 usage: end_to_end.py PROGRAM [FOLDER]; screenshots of every step are left in FOLDER.
 """
+import json
 import pathlib
 import shutil
 import subprocess
@@ -334,8 +335,15 @@ class Session(GifSteps, unittest.TestCase):
         self.app.named("push button", "Yes")
         self.desk.key("Return")
         self.assertEqual(self.app.process.wait(desktop.WAIT_SECONDS), 0)
-        left = [path for path in (self.desk.folder / "tmp").rglob("*") if path.is_file()]
-        self.assertEqual(left, [], "working files are left")
+        # the last session stays to be gone on with, and nothing else
+        [run] = (self.desk.folder / "tmp" / "lumirra").iterdir()
+        frames = json.loads((run / "session.json").read_text())["frames"]
+        self.assertGreater(len(frames), 6)
+        stays = {run / ".lumirra-run", run / "session.json"}
+        stays |= {run / frame["file"] for frame in frames}
+        stays |= {run / frame["file"].replace(".png", "_small.png") for frame in frames}
+        left = {path for path in (self.desk.folder / "tmp").rglob("*") if path.is_file()}
+        self.assertEqual(left, stays)
 
     def setUp(self):
         self.step = 0

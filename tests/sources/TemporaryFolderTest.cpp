@@ -51,8 +51,7 @@ class TemporaryFolderTest : public testing::Test {
             Put(ThumbnailPath(frame));
             Put(*NextFramePath(folder.Path()) + QStringLiteral(".812-3.part"));
             Put(folder.PreviewFile());
-            ::_exit((!kept || TemporaryFolder::SetKept(folder.Path(), true)) &&
-                            QFile::exists(frame)
+            ::_exit((!kept || TemporaryFolder::SetKept(folder.Path(), true)) && QFile::exists(frame)
                         ? 0
                         : 1);
         }

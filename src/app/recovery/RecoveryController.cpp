@@ -17,9 +17,9 @@ namespace lumirra {
 namespace {
 
 QString FoundText(int frames) {
-    return frames == 1
-               ? RecoveryController::tr("1 frame of an interrupted session was found")
-               : RecoveryController::tr("%1 frames of an interrupted session were found").arg(frames);
+    return frames == 1 ? RecoveryController::tr("1 frame of an interrupted session was found")
+                       : RecoveryController::tr("%1 frames of an interrupted session were found")
+                             .arg(frames);
 }
 
 /// "holiday.mp4 · 23 November 2026 14:32": what tells one session from another.
@@ -103,8 +103,8 @@ bool RecoveryController::Restore(const QString& folder) {
 bool RecoveryController::TakeIn(const QString& folder, SavedSession session) {
     QList<Frame> frames;
     for (const SavedFrame& saved : std::as_const(session.frames)) {
-        Outcome<Frame> frame = project_.Store().TakeOver(QDir(folder).filePath(saved.name),
-                                                         saved.size, saved.origin);
+        Outcome<Frame> frame =
+            project_.Store().TakeOver(QDir(folder).filePath(saved.name), saved.size, saved.origin);
         if (!frame) {
             dialogs_.Report(frame.failure().message);
             return false;

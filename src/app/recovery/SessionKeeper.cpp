@@ -73,8 +73,8 @@ bool SessionKeeper::Finish(bool inOrder) {
     soon_.stop();
     worker_.reset();
     project_.ForgetHistory();
-    const bool kept = Written(*writer_, project_.State(), inOrder) &&
-                      project_.State().frames.Count() > 0;
+    const bool kept =
+        Written(*writer_, project_.State(), inOrder) && project_.State().frames.Count() > 0;
     if (kept) {
         project_.Store().LeaveFiles();
     }

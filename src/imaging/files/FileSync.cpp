@@ -18,8 +18,7 @@ int SyncFile(const Descriptor& file) {
 }
 
 int SyncFolder(const QByteArray& folder) {
-    const Descriptor opened(
-        ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const Descriptor opened(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!opened.IsOpen()) {
         return errno == EACCES ? 0 : errno;
     }
@@ -38,8 +37,7 @@ int SyncFiles(const QByteArrayList& paths) {
                 return errno;
             }
             if (file.IsOpen()) {
-                static_cast<void>(
-                    ::sync_file_range(file.Get(), 0, 0, SYNC_FILE_RANGE_WRITE));
+                static_cast<void>(::sync_file_range(file.Get(), 0, 0, SYNC_FILE_RANGE_WRITE));
                 files.push_back(std::move(file));
             }
         }

@@ -16,7 +16,7 @@ struct LeftSession {
 };
 
 struct LeftSessions {
-    QList<LeftSession> interrupted;  ///< the newest first
+    QList<LeftSession> interrupted;   ///< the newest first
     std::optional<LeftSession> last;  ///< the last one that ended in order
 };
 

@@ -17,6 +17,8 @@
 namespace lumirra {
 namespace {
 
+using namespace Qt::StringLiterals;
+
 constexpr auto kMark = QLatin1String("lumirraSession");
 constexpr int kVersion = 1;
 constexpr qint64 kLargestIndex = 64 << 20;
@@ -39,12 +41,9 @@ QJsonArray JsonOf(const QStringList& paths) {
 }
 
 QJsonObject JsonOf(const Source& source) {
-    return {{"video", PathText(source.videoPath)},
-            {"pictures", JsonOf(source.listImagePaths)},
-            {"picture", source.currentImageNumber},
-            {"position", source.position},
-            {"start", source.startPosition},
-            {"end", source.endPosition}};
+    return {{"video"_L1, PathText(source.videoPath)},  {"pictures"_L1, JsonOf(source.listImagePaths)},
+            {"picture"_L1, source.currentImageNumber}, {"position"_L1, source.position},
+            {"start"_L1, source.startPosition},        {"end"_L1, source.endPosition}};
 }
 
 float Fraction(const QJsonValue& value, double otherwise) {
@@ -53,19 +52,19 @@ float Fraction(const QJsonValue& value, double otherwise) {
 
 Source SourceFrom(const QJsonObject& object) {
     Source source;
-    source.videoPath = PathFrom(object["video"]);
-    const QJsonArray pictures = object["pictures"].toArray();
+    source.videoPath = PathFrom(object["video"_L1]);
+    const QJsonArray pictures = object["pictures"_L1].toArray();
     for (const auto& picture : pictures) {
         source.listImagePaths.append(PathFrom(picture));
     }
-    const int number = object["picture"].toInt();
+    const int number = object["picture"_L1].toInt();
     if (number >= 0 && number < source.listImagePaths.size()) {
         source.currentImageNumber = number;
         source.currentImagePath = source.HasVideo() ? QString() : source.listImagePaths[number];
     }
-    source.position = Fraction(object["position"], 0);
-    source.startPosition = Fraction(object["start"], 0);
-    source.endPosition = std::max(Fraction(object["end"], 1), source.startPosition);
+    source.position = Fraction(object["position"_L1], 0);
+    source.startPosition = Fraction(object["start"_L1], 0);
+    source.endPosition = std::max(Fraction(object["end"_L1], 1), source.startPosition);
     return source;
 }
 
@@ -90,18 +89,18 @@ class SharedSettings {
 };
 
 QJsonObject JsonOf(const Frame& frame, SharedSettings& settings) {
-    QJsonObject object{{"file", frame.Path().section(QLatin1Char('/'), -1)},
-                       {"bytes", frame.file->PictureBytes()},
-                       {"width", frame.size.width()},
-                       {"height", frame.size.height()}};
+    QJsonObject object{{"file"_L1, frame.Path().section(QLatin1Char('/'), -1)},
+                       {"bytes"_L1, frame.file->PictureBytes()},
+                       {"width"_L1, frame.size.width()},
+                       {"height"_L1, frame.size.height()}};
     if (frame.delay) {
-        object.insert("delay", *frame.delay);
+        object.insert("delay"_L1, *frame.delay);
     }
     if (frame.origin) {
-        object.insert("source", PathText(frame.origin->path));
-        object.insert("settings", settings.IndexOf(frame.origin->settings));
+        object.insert("source"_L1, PathText(frame.origin->path));
+        object.insert("settings"_L1, settings.IndexOf(frame.origin->settings));
         if (frame.origin->video) {
-            object.insert("position", frame.origin->position);
+            object.insert("position"_L1, frame.origin->position);
         }
     }
     return object;
@@ -111,14 +110,14 @@ using SettingsList = std::vector<std::shared_ptr<const ControlValues>>;
 
 std::shared_ptr<const FrameOrigin> OriginFrom(const QJsonObject& object,
                                               const SettingsList& settings) {
-    if (!object.contains("source")) {
+    if (!object.contains("source"_L1)) {
         return nullptr;
     }
     FrameOrigin origin;
-    origin.path = PathFrom(object["source"]);
-    origin.video = object.contains("position");
-    origin.position = static_cast<double>(Fraction(object["position"], 0));
-    const int index = object["settings"].toInt(-1);
+    origin.path = PathFrom(object["source"_L1]);
+    origin.video = object.contains("position"_L1);
+    origin.position = static_cast<double>(Fraction(object["position"_L1], 0));
+    const int index = object["settings"_L1].toInt(-1);
     if (index >= 0 && index < static_cast<int>(settings.size())) {
         origin.settings = settings[static_cast<std::size_t>(index)];
     }
@@ -127,17 +126,16 @@ std::shared_ptr<const FrameOrigin> OriginFrom(const QJsonObject& object,
 
 std::optional<SavedFrame> FrameFrom(const QJsonObject& object, const SettingsList& settings) {
     SavedFrame frame;
-    frame.name = object["file"].toString();
-    frame.bytes = object["bytes"].toInteger();
-    frame.size = {object["width"].toInt(), object["height"].toInt()};
+    frame.name = object["file"_L1].toString();
+    frame.bytes = object["bytes"_L1].toInteger();
+    frame.size = {object["width"_L1].toInt(), object["height"_L1].toInt()};
     const bool plainName = frame.name.endsWith(QLatin1String(".png")) &&
-                           !frame.name.contains(QLatin1Char('/')) &&
-                           !frame.name.contains(QChar(0));
+                           !frame.name.contains(QLatin1Char('/')) && !frame.name.contains(QChar(0));
     if (!plainName || frame.bytes <= 0 || !IsFrameSize(frame.size.width(), frame.size.height())) {
         return std::nullopt;
     }
-    if (object.contains("delay")) {
-        frame.delay = std::clamp(object["delay"].toInt(), 1, kLongestHundredths);
+    if (object.contains("delay"_L1)) {
+        frame.delay = std::clamp(object["delay"_L1].toInt(), 1, kLongestHundredths);
     }
     frame.origin = OriginFrom(object, settings);
     return frame;
@@ -145,9 +143,9 @@ std::optional<SavedFrame> FrameFrom(const QJsonObject& object, const SettingsLis
 
 Settings SettingsFrom(const QJsonObject& session) {
     Settings settings;
-    settings.values = ValuesFromJson(session["settings"].toObject());
+    settings.values = ValuesFromJson(session["settings"_L1].toObject());
     settings.textFieldsValues = StoreTextFieldsValues(settings.values);
-    settings.unknown = session["unknown"].toObject();
+    settings.unknown = session["unknown"_L1].toObject();
     settings.lastDimensions = DimensionsIn(settings.values);
     return settings;
 }
@@ -170,16 +168,16 @@ QByteArray SessionText(const Document& document, bool ended, const QDateTime& no
         frames.append(JsonOf(frame, shared));
     }
     const QJsonObject session{{kMark, kVersion},
-                              {"written", now.toSecsSinceEpoch()},
-                              {"ended", ended},
-                              {"modified", document.IsModified()},
-                              {"profile", PathText(document.identity.currentProfilePath)},
-                              {"title", document.identity.title},
-                              {"source", JsonOf(document.source)},
-                              {"settings", JsonOf(document.settings.values)},
-                              {"unknown", document.settings.unknown},
-                              {"frameSettings", shared.Json()},
-                              {"frames", frames}};
+                              {"written"_L1, now.toSecsSinceEpoch()},
+                              {"ended"_L1, ended},
+                              {"modified"_L1, document.IsModified()},
+                              {"profile"_L1, PathText(document.identity.currentProfilePath)},
+                              {"title"_L1, document.identity.title},
+                              {"source"_L1, JsonOf(document.source)},
+                              {"settings"_L1, JsonOf(document.settings.values)},
+                              {"unknown"_L1, document.settings.unknown},
+                              {"frameSettings"_L1, shared.Json()},
+                              {"frames"_L1, frames}};
     return QJsonDocument(session).toJson(QJsonDocument::Compact) + '\n';
 }
 
@@ -189,19 +187,19 @@ std::optional<SavedSession> SessionFromText(const QByteArray& text) {
         return std::nullopt;
     }
     SavedSession session;
-    session.written = QDateTime::fromSecsSinceEpoch(object["written"].toInteger());
-    session.ended = object["ended"].toBool();
-    session.modified = object["modified"].toBool();
+    session.written = QDateTime::fromSecsSinceEpoch(object["written"_L1].toInteger());
+    session.ended = object["ended"_L1].toBool();
+    session.modified = object["modified"_L1].toBool();
     session.document.settings = SettingsFrom(object);
-    session.document.source = SourceFrom(object["source"].toObject());
-    session.document.identity.currentProfilePath = PathFrom(object["profile"]);
-    session.document.identity.title = object["title"].toString();
+    session.document.source = SourceFrom(object["source"_L1].toObject());
+    session.document.identity.currentProfilePath = PathFrom(object["profile"_L1]);
+    session.document.identity.title = object["title"_L1].toString();
     SettingsList settings;
-    const QJsonArray frameSettings = object["frameSettings"].toArray();
+    const QJsonArray frameSettings = object["frameSettings"_L1].toArray();
     for (const auto& one : frameSettings) {
         settings.push_back(std::make_shared<const ControlValues>(ValuesFromJson(one.toObject())));
     }
-    const QJsonArray frames = object["frames"].toArray();
+    const QJsonArray frames = object["frames"_L1].toArray();
     for (const auto& one : frames) {
         if (auto frame = FrameFrom(one.toObject(), settings)) {
             session.frames.append(*std::move(frame));
