@@ -219,9 +219,8 @@ void ViewController::LeaveProject() {
 }
 
 void ViewController::CleanTemporaryFiles() {
-    if (!KeepSession(true)) {
-        project_.Discard();
-    }
+    session_.SetCopiedFrames({});
+    project_.Discard();
     RemoveFile(previewFile_);
 }
 

@@ -9,6 +9,7 @@
 #include "app/actions/CommandActions.h"
 #include "app/controls/SettingsController.h"
 #include "app/lifecycle/LifecycleController.h"
+#include "app/session/FileCommands.h"
 #include "sources/VideoEngine.h"
 #include "ui_MainWindow.h"
 #include "views/panel/Film.h"
@@ -48,7 +49,7 @@ void ViewController::closeEvent(QCloseEvent* event) {
         return;
     }
     SaveLayout();
-    CleanTemporaryFiles();
+    KeepSession(true) ? RemoveFile(previewFile_) : CleanTemporaryFiles();
     event->accept();
 }
 

@@ -116,7 +116,7 @@ class Recovery(unittest.TestCase):
         first = self.restored(kept, 9000)
 
         with desktop.Program(self.desk, [PROGRAM]) as app:
-            self.desk.key("ctrl+shift+t")  # it was closed in order since
+            self.desk.key("ctrl+alt+o")  # it was closed in order since
             until(lambda: self.frames(app) == len(first), "the last session")
             until(lambda: len(list(self.work.glob("run-*/session.json"))) == 1,
                   "the old place to go")

@@ -41,9 +41,10 @@ QJsonArray JsonOf(const QStringList& paths) {
 }
 
 QJsonObject JsonOf(const Source& source) {
-    return {{"video"_L1, PathText(source.videoPath)},  {"pictures"_L1, JsonOf(source.listImagePaths)},
-            {"picture"_L1, source.currentImageNumber}, {"position"_L1, source.position},
-            {"start"_L1, source.startPosition},        {"end"_L1, source.endPosition}};
+    return {
+        {"video"_L1, PathText(source.videoPath)},  {"pictures"_L1, JsonOf(source.listImagePaths)},
+        {"picture"_L1, source.currentImageNumber}, {"position"_L1, source.position},
+        {"start"_L1, source.startPosition},        {"end"_L1, source.endPosition}};
 }
 
 float Fraction(const QJsonValue& value, double otherwise) {

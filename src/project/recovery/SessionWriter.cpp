@@ -1,5 +1,7 @@
 #include "project/recovery/SessionWriter.h"
 
+#include <unistd.h>
+
 #include <QDir>
 
 #include "imaging/files/FileName.h"
@@ -13,17 +15,19 @@
 namespace lumirra {
 
 Outcome<Done> SessionWriter::Write(const Document& document, bool ended) {
+    const QString index = QDir(folder_).filePath(SessionFileName());
     if (document.frames.Count() == 0) {
         if (!kept_) {
             return Done{};
         }
         kept_ = false;
-        return TemporaryFolder::SetKept(folder_, false);
+        auto dropped = TemporaryFolder::SetKept(folder_, false);
+        ::unlink(FileBytes(index).constData());
+        return dropped;
     }
     if (auto synced = SyncNew(document.frames); !synced) {
         return synced;
     }
-    const QString index = QDir(folder_).filePath(SessionFileName());
     if (auto noted = TemporaryFolder::NoteFile(index); !noted) {
         return noted;
     }

@@ -10,6 +10,11 @@
 namespace lumirra {
 namespace {
 
+/// Complete or not.
+QStringList GifsIn(const QString& folder) {
+    return QDir(folder).entryList({QStringLiteral("*.gif*")}, QDir::Files);
+}
+
 const char* const kSizeQuestion =
     "The selected frames have different dimensions. Do you want to automatically crop and resize "
     "all frames to match the smallest one?";
@@ -130,8 +135,7 @@ TEST_F(GenerateStory, NewQuitAndCloseEndAGenerationAtOnceAndLeaveNoHalfFile) {
     EXPECT_FALSE(Busy());
     EXPECT_TRUE(dialogs.messages.isEmpty());
     EXPECT_EQ(BytesOf(Gif()), "old");
-    EXPECT_EQ(QDir(folder.path()).entryList({QStringLiteral("*.gif*")}, QDir::Files),
-              QStringList{QStringLiteral("tempGif.gif")});
+    EXPECT_EQ(GifsIn(folder.path()), QStringList{QStringLiteral("tempGif.gif")});
     EXPECT_TRUE(Enabled("buttonGeneratePreview"));
     EXPECT_EQ(ButtonText("buttonGeneratePreview"), QStringLiteral("Generate Preview"));
 
@@ -141,7 +145,7 @@ TEST_F(GenerateStory, NewQuitAndCloseEndAGenerationAtOnceAndLeaveNoHalfFile) {
     QTest::qWait(30);
     EXPECT_TRUE(window.close());
     EXPECT_FALSE(Busy());
-    EXPECT_TRUE(QDir(folder.path()).isEmpty());
+    EXPECT_TRUE(GifsIn(folder.path()).isEmpty());
 }
 
 /// While the question stands nothing is written; the window may go away meanwhile.
@@ -154,7 +158,7 @@ TEST_F(GenerateStory, TheWindowIsClosedWhileTheQuestionStands) {
     Press("buttonGeneratePreview");
     ASSERT_TRUE(QTest::qWaitFor([this] { return !Busy(); }, 20000));
     QTest::qWait(50);
-    EXPECT_TRUE(QDir(folder.path()).isEmpty());
+    EXPECT_TRUE(GifsIn(folder.path()).isEmpty());
 }
 
 TEST_F(GenerateStory, FramesThatVanishedAreLeftOutAndNoneAtAllIsAFailure) {
@@ -196,7 +200,7 @@ TEST_F(GenerateStory, TwoWindowsGenerateSideBySide) {
     ASSERT_TRUE(QTest::qWaitFor(
         [&] { return !Busy() && other.RunningJob() == BackgroundJob::Kind::None; }, 60000));
     EXPECT_TRUE(other.close());
-    EXPECT_TRUE(QDir(otherFolder.path()).isEmpty());
+    EXPECT_TRUE(GifsIn(otherFolder.path()).isEmpty());
     EXPECT_EQ(SizeOf(Gif()), QSize(160, 120));
 }
 
