@@ -116,8 +116,10 @@ class Recovery(unittest.TestCase):
         first = self.restored(kept, 9000)
 
         with desktop.Program(self.desk, [PROGRAM]) as app:
-            self.desk.key("ctrl+alt+o")  # it was closed in order since
-            until(lambda: self.frames(app) == len(first), "the last session")
+            def reopened():  # it was closed in order since; nothing happens until it is found
+                self.desk.key("ctrl+alt+o")
+                return self.frames(app) == len(first)
+            until(reopened, "the last session")
             until(lambda: len(list(self.work.glob("run-*/session.json"))) == 1,
                   "the old place to go")
             app.click(app.named("page tab", "Output"))
