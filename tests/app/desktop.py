@@ -141,15 +141,7 @@ class Program:
 
     def _appeared(self, name):
         assert self.process.poll() is None, f"{name} ended with {self.process.returncode}"
-        everybody = self.spi.Registry.getDesktop(0)
-        everybody.clear_cache()  # which knows earlier programs
-        return next((a for a in everybody if self._is_this(a, name)), None)
-
-    def _is_this(self, accessible, name):
-        try:
-            return accessible.name == name and accessible.get_process_id() == self.process.pid
-        except Exception:  # a program that has gone; the tree's own errors have no common base
-            return False
+        return next((a for a in self.spi.Registry.getDesktop(0) if a and a.name == name), None)
 
     def __enter__(self):
         return self
@@ -167,7 +159,12 @@ class Program:
                 yield from self._walk(child)
 
     def _first(self, fits, what):
-        return until(lambda: next((n for n in self._walk(self.root) if fits(n)), None), what)
+        def found():
+            node = next((n for n in self._walk(self.root) if fits(n)), None)
+            if node is None:
+                self.root.clear_cache()  # which may not know what has come since
+            return node
+        return until(found, what)
 
     def find(self, outlet):
         return self._first(lambda n: n.description == outlet, outlet)

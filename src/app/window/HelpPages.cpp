@@ -83,7 +83,7 @@ std::vector<ShortcutRow> ShortcutRows() {
             {"Ctrl+N", "New project"},
             {"Ctrl+O", "Open a video"},
             {"Ctrl+Shift+O", "Open pictures"},
-            {"Ctrl+Alt+O", "Reopen the last session"},
+            {"Ctrl+Shift+N", "Reopen the last session"},
             {"Ctrl+L", "Load a profile"},
             {"Ctrl+S, Ctrl+Shift+S", "Save the profile, or save it under another name"},
             {"Ctrl+G", "Generate the GIF"},
