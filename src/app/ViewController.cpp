@@ -14,6 +14,7 @@
 #include "app/frames/FrameListController.h"
 #include "app/frames/FrameThinningController.h"
 #include "app/frames/FrameTimingController.h"
+#include "app/frames/RefreshController.h"
 #include "app/frames/ShownFrameController.h"
 #include "app/gif/GifController.h"
 #include "app/gif/PresetController.h"
@@ -72,6 +73,7 @@ void ViewController::MakeControllers(Dialogs& dialogs, const QUrl& store) {
     capture_ =
         std::make_unique<CaptureController>(project_, session_, dialogs, *ui_.imageViewVideo);
     extraction_ = std::make_unique<ExtractionController>(project_, session_, dialogs, ui_);
+    refresh_ = std::make_unique<RefreshController>(project_, session_, dialogs, ui_);
     frames_ = std::make_unique<FrameListController>(project_, session_, dialogs, ui_);
     timing_ = std::make_unique<FrameTimingController>(project_, dialogs, ui_);
     thinning_ = std::make_unique<FrameThinningController>(project_, dialogs, *this);
@@ -93,6 +95,7 @@ void ViewController::ConnectControllers() {
     connect(preview_.get(), &PreviewController::Starting, this, &ViewController::StopPlayback);
     connect(extraction_.get(), &ExtractionController::Starting, this,
             &ViewController::StopPlayback);
+    connect(refresh_.get(), &RefreshController::Starting, this, &ViewController::StopPlayback);
     connect(gif_.get(), &GifController::PlayingWithLoopCount, this,
             &ViewController::UpdateVideoPreview);
     connect(gif_.get(), &GifController::LimitAdvised, preset_.get(),
@@ -139,6 +142,7 @@ void ViewController::ShowFrameMenu(const QPoint& where) {
                                                           Command::ChangeSpeed,
                                                           Command::KeepEveryNth,
                                                           Command::RemoveNearDuplicates,
+                                                          Command::RefreshFrames,
                                                           kSeparator,
                                                           Command::ShowFrame,
                                                           Command::GoToSource};

@@ -27,6 +27,7 @@ class PresetController;
 class PreviewController;
 class ProfileController;
 class RecoveryController;
+class RefreshController;
 class SaveController;
 class SessionKeeper;
 class SettingsController;
@@ -148,6 +149,7 @@ class ViewController : public MainWindow {
     std::unique_ptr<SourceController> source_;
     std::unique_ptr<CaptureController> capture_;
     std::unique_ptr<ExtractionController> extraction_;
+    std::unique_ptr<RefreshController> refresh_;
     std::unique_ptr<FrameListController> frames_;
     std::unique_ptr<FrameTimingController> timing_;
     std::unique_ptr<FrameThinningController> thinning_;

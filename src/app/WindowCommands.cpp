@@ -4,6 +4,7 @@
 #include "app/frames/FrameListController.h"
 #include "app/frames/FrameThinningController.h"
 #include "app/frames/FrameTimingController.h"
+#include "app/frames/RefreshController.h"
 #include "app/frames/ShownFrameController.h"
 #include "app/gif/GifController.h"
 #include "app/gif/PresetController.h"
@@ -53,6 +54,8 @@ void ViewController::BindFrameCommands() {
     actions_->Bind(Command::AddFrame, [this] { OnAddFrame(); });
     actions_->Bind(Command::AddFramesAutomatically, [this] { OnAddFramesAutomatically(); });
     actions_->Bind(Command::RemoveSelectedFrame, [this] { OnRemoveSelectedFrame(); });
+    actions_->Bind(Command::RefreshFrames, [this] { refresh_->Refresh(); });
+    actions_->Bind(Command::CancelJob, [this] { session_.Job().Cancel(); });
     actions_->Bind(Command::RemoveAllFrames, [this] { OnRemoveAllFrames(); });
     actions_->Bind(Command::MoveUp, [this] { OnMoveUp(); });
     actions_->Bind(Command::MoveDown, [this] { OnMoveDown(); });

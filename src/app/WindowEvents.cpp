@@ -68,6 +68,8 @@ void ViewController::keyPressEvent(QKeyEvent* event) {
                 return Command::StepBack;
             case Qt::Key_Period:
                 return Command::StepForward;
+            case Qt::Key_Escape:
+                return Command::CancelJob;
             case Qt::Key_Delete:
                 return ui_.panelFrames->isAncestorOf(focusWidget())
                            ? std::optional(Command::RemoveSelectedFrame)

@@ -41,6 +41,10 @@ void BackgroundJob::Stop() {
     Deliver();
 }
 
+void BackgroundJob::Cancel() {
+    thread_.request_stop();
+}
+
 void BackgroundJob::Post(std::function<void()> message) {
     {
         const std::scoped_lock lock(mutex_);

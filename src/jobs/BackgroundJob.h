@@ -15,7 +15,7 @@ class BackgroundJob : public QObject {
     Q_OBJECT
 
   public:
-    enum class Kind { None, Extraction, Generation };
+    enum class Kind { None, Extraction, Refresh, Generation };
     using Work = std::function<void(const std::stop_token& stop)>;
 
     explicit BackgroundJob(QObject* parent = nullptr);
@@ -33,6 +33,9 @@ class BackgroundJob : public QObject {
     /// Asks the work to stop, waits until it returns, delivers its messages and calls `finished`,
     /// all before returning. Nothing happens when no job runs.
     void Stop();
+
+    /// Asks the work to stop; it ends as it always does, a little later.
+    void Cancel();
 
     /// For `work`: `message` is called on the main thread, messages in their order.
     void Post(std::function<void()> message);

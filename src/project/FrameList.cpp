@@ -120,6 +120,13 @@ void FrameList::Remove(const QList<int>& indices) {
     tag_ = std::min(tag, Count() - 1);
 }
 
+void FrameList::SetPicture(int index, const Frame& other) {
+    Frame& frame = frames_[index];
+    frame.file = other.file;
+    frame.size = other.size;
+    frame.origin = other.origin;
+}
+
 void FrameList::SetDelay(int index, std::optional<int> hundredths) {
     frames_[index].delay = hundredths;
 }

@@ -63,6 +63,8 @@ class FrameList {
     void Remove(const QList<int>& indices);
     /// Absent: it follows the setting.
     void SetDelay(int index, std::optional<int> hundredths);
+    /// The frame shows what `other` shows, and came from where that came from.
+    void SetPicture(int index, const Frame& other);
 
     /// The selected frames together, in their order, in front of the frame with that index, or at
     /// the end.

@@ -35,7 +35,8 @@ class TemporaryFolder {
     QString PreviewFile() const;
 
     /// Whether such a folder is to outlive its process, even one that is killed. False at first.
-    /// What was noted so far is on the disk afterwards. In other folders it does nothing. Any thread.
+    /// What was noted so far is on the disk afterwards. In other folders it does nothing. Any
+    /// thread.
     static Outcome<Done> SetKept(const QString& folder, bool kept);
 
     /// Notes a file that is about to be made, so that it is removed with its folder: to be called

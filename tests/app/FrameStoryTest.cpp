@@ -10,6 +10,7 @@
 
 #include "WindowFixture.h"
 #include "imaging/CropScale.h"
+#include "project/edits/FrameEdits.h"
 #include "project/recovery/SavedSession.h"
 #include "settings/SettingsRecords.h"
 #include "sources/FrameFiles.h"
@@ -372,6 +373,84 @@ TEST_F(FrameStory, NewAndCloseStopARunAtTheNextFrame) {
     EXPECT_TRUE(window.close());
     EXPECT_FALSE(Busy());
     EXPECT_EQ(FilesLeft().size(), 2 * Paths().size()) << "they can be gone on with";
+}
+
+TEST_F(FrameStory, FramesAreRefreshedWithThePresentLook) {
+    const QString clip = folder.filePath(QStringLiteral("clip.mp4"));
+    const QString photo = folder.filePath(QStringLiteral("photo.png"));
+    ASSERT_TRUE(QFile::copy(Media("counter-30fps-bframes.mp4"), clip) &&
+                QFile::copy(Media("photo-alpha.png"), photo));
+    OpenVideo(clip);
+    AddFrameAt(0.3);
+    AddFrameAt(0.5);
+    OpenImages({photo});
+    AddFrame();
+    const QStringList before = Paths();
+    const QList<QImage> old{QImage(before[0]), QImage(before[1]), QImage(before[2])};
+    Type("textFieldResizeTo", QStringLiteral("50"));
+    Edit("sliderSaturation", 0);
+    Edit("sliderBrightness", 0.25);
+    Settle();
+    AddFrame();  // what the third has to look like
+    const QImage present(Paths()[3]);
+    Click(1);
+    Click(2, Qt::ControlModifier);
+    QAction& refresh = *window.findChild<QAction*>(QStringLiteral("actionRefreshFrames"));
+    refresh.trigger();
+    EXPECT_TRUE(Shown("buttonCancelJob"));
+    ASSERT_TRUE(WaitFor([&] { return !Busy(); }));
+    EXPECT_FALSE(Shown("buttonCancelJob"));
+    EXPECT_EQ(TextOf("labelAddFramesStatus"), QStringLiteral("2 frames refreshed"));
+    EXPECT_EQ(Paths()[0], before[0]);
+    EXPECT_EQ(QImage(Paths()[2]), present);
+    const QImage refreshed(Paths()[1]);
+    EXPECT_EQ(refreshed.size(), old[1].size() / 2);
+    EXPECT_EQ(CounterIn(refreshed), CounterIn(old[1]));
+    EXPECT_TRUE(refreshed.pixelColor(5, 5).lightness() > old[1].pixelColor(10, 10).lightness());
+    EXPECT_EQ(window.CurrentProject().State().frames.At(1).size, refreshed.size());
+    EXPECT_EQ(Selected().size(), 2);
+    window.CurrentProject().Undo();
+    EXPECT_EQ(QImage(Paths()[1]), old[1]);
+    window.CurrentProject().Redo();
+    EXPECT_EQ(QImage(Paths()[1]), refreshed);
+
+    // The video has gone: the picture alone follows.
+    ASSERT_TRUE(QFile::remove(clip));
+    Edit("sliderBrightness", 0);
+    Settle();
+    window.CurrentProject().Follow(WithNoneSelected(window.CurrentProject().State()));
+    const QStringList stay = Paths();
+    refresh.trigger();
+    ASSERT_TRUE(WaitFor([&] { return !Busy(); }));
+    EXPECT_TRUE(TextOf("labelAddFramesStatus").startsWith(QStringLiteral("2 frames refreshed: ")));
+    EXPECT_EQ(Paths().first(2), stay.first(2));
+    EXPECT_NE(QImage(Paths()[2]), present);
+    EXPECT_EQ(QImage(Paths()[3]), QImage(Paths()[2]));
+    EXPECT_EQ(FilesLeft().filter(QStringLiteral("frame")).size(), 2 * 7) << "each picture is rendered once";
+}
+
+TEST_F(FrameStory, ACancelledJobSaysWhatBecameOfIt) {
+    OpenVideo(Media("counter-30fps-bframes.mp4"));
+    FixedNumber(5000);
+    Press("buttonAddFramesAutomatically");
+    ASSERT_TRUE(WaitFor([&] { return Paths().size() > 2; }));
+    EXPECT_FALSE(Enabled("buttonAddFrame"));
+    QTest::keyClick(&window, Qt::Key_Escape);
+    ASSERT_TRUE(WaitFor([&] { return !Busy(); }));
+    const auto added = Paths().size();
+    EXPECT_EQ(TextOf("labelAddFramesStatus"),
+              QStringLiteral("Cancelled: %1 frames added").arg(added));
+    EXPECT_EQ(FilesLeft().size(), 2 * added);
+
+    const QStringList before = Paths();
+    window.findChild<QAction*>(QStringLiteral("actionRefreshFrames"))->trigger();
+    Press("buttonCancelJob");
+    ASSERT_TRUE(WaitFor([&] { return !Busy(); }));
+    EXPECT_EQ(TextOf("labelAddFramesStatus"), QStringLiteral("Cancelled: no frame was changed"));
+    EXPECT_EQ(Paths(), before);
+    EXPECT_EQ(FilesLeft().size(), 2 * added);
+    window.CurrentProject().Undo();
+    EXPECT_TRUE(Paths().isEmpty());
 }
 
 TEST_F(FrameStory, AFolderThatIsGoneIsReportedAndNothingIsLost) {

@@ -33,6 +33,8 @@ WindowFacts FactsOf(const Project& project, const Session& session) {
             .selectedFrames = static_cast<int>(document.frames.SelectedIds().size()),
             .copiedFrames = static_cast<int>(session.CopiedFrames().size()),
             .playing = session.IsPlaying(),
+            .cancellable = session.RunningJob() == BackgroundJob::Kind::Extraction ||
+                           session.RunningJob() == BackgroundJob::Kind::Refresh,
             .locked = session.IsLocked(),
             .gif = session.HasGif(),
             .gifEnds = session.GifEnds(),
@@ -61,6 +63,10 @@ WidgetState StateOf(Command command, const WindowFacts& facts) {
             return {facts.canUndo && !facts.locked};
         case Command::Redo:
             return {facts.canRedo && !facts.locked};
+        case Command::CancelJob:
+            return {facts.cancellable, facts.cancellable};
+        case Command::RefreshFrames:
+            return {facts.frames > 0 && !facts.locked};
         case Command::ReopenSession:
             return {facts.canReopen && !facts.locked};
         case Command::PlayVideo:

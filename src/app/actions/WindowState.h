@@ -17,9 +17,10 @@ struct WindowFacts {
     int selectedFrames = 0;
     int copiedFrames = 0;
     bool playing = false;
-    bool locked = false;   ///< a long job runs
-    bool gif = false;      ///< one is shown
-    bool gifEnds = false;  ///< and is not repeated for ever
+    bool cancellable = false;  ///< a job runs that can be ended early
+    bool locked = false;       ///< a long job runs
+    bool gif = false;          ///< one is shown
+    bool gifEnds = false;      ///< and is not repeated for ever
     bool offersWidth = false;
     bool limitsSize = false;
     bool limitsWidth = false;

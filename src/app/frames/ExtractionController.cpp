@@ -6,7 +6,6 @@
 #include "app/dialogs/Dialogs.h"
 #include "app/session/FileCommands.h"
 #include "app/session/Session.h"
-#include "app/session/TimeLeft.h"
 #include "project/FrameStore.h"
 #include "project/Project.h"
 #include "project/edits/FrameEdits.h"
@@ -16,18 +15,8 @@
 namespace lumirra {
 namespace {
 
-constexpr int kWidestStatus = 280;  ///< pixels; longer texts are cut, whole in the tooltip
 /// Seldom enough that a list of thousands costs nothing.
 constexpr qint64 kMillisecondsBetweenUpdates = 100;
-
-/// "12 of 46 · about 3 s left"
-QString ProgressText(const ExtractionProgress& progress, qint64 elapsedMilliseconds) {
-    const QString counted =
-        ExtractionController::tr("%1 of %2").arg(progress.stored).arg(progress.total);
-    const QString left = TimeLeftText(
-        elapsedMilliseconds, static_cast<double>(progress.stored) / std::max(progress.total, 1));
-    return left.isEmpty() ? counted : ExtractionController::tr("%1 · %2").arg(counted, left);
-}
 
 /// How the run went, in a few words; the reason for a frame left out with them.
 QString ResultText(const ExtractionResult& result) {
@@ -35,8 +24,11 @@ QString ResultText(const ExtractionResult& result) {
     QString text = added == 0   ? ExtractionController::tr("No frames were added")
                    : added == 1 ? ExtractionController::tr("1 frame added")
                                 : ExtractionController::tr("%1 frames added").arg(added);
-    if (!result.problems.empty()) {
-        text = ExtractionController::tr("%1: %2").arg(text, result.problems.front().message);
+    if (result.stopped) {
+        text = ExtractionController::tr("Cancelled: %1").arg(text);
+    } else if (!result.problems.empty()) {
+        text = ExtractionController::tr("%1: %2").arg(
+            text, (result.endedEarly ? result.problems.back() : result.problems.front()).message);
     }
     return text;
 }
@@ -58,7 +50,11 @@ int PlannedFrames(const Document& document) {
 
 ExtractionController::ExtractionController(Project& project, Session& session, Dialogs& dialogs,
                                            Ui::MainWindow& ui)
-    : project_(project), session_(session), dialogs_(dialogs), ui_(ui) {
+    : project_(project),
+      session_(session),
+      dialogs_(dialogs),
+      ui_(ui),
+      status_(*ui.labelAddFramesStatus, *ui.progressAddFramesAutomatically) {
     connect(&project, &Project::Changed, this, [this](ProjectChanges what) {
         if (what & (ProjectChange::Settings | ProjectChange::Source | ProjectChange::Facts)) {
             ShowPlan();
@@ -93,10 +89,9 @@ void ExtractionController::Start() {
         document.source.startPosition, document.source.endPosition,
         project_.Store().Folder(),     ExtractionSettingsOf(document.settings.values)};
     settings_ = std::make_shared<const ControlValues>(document.settings.values);
-    clock_.start();
     sinceTakenOver_.start();
     ui_.buttonAddFramesAutomatically->setText(tr("Please Wait..."));
-    ShowStatus({});
+    status_.Begin();
     BackgroundJob& job = session_.Job();
     const auto result = std::make_shared<ExtractionResult>();
     const bool started = job.Start(
@@ -120,8 +115,7 @@ void ExtractionController::Start() {
 }
 
 void ExtractionController::ShowProgress(const ExtractionProgress& progress) {
-    ui_.progressAddFramesAutomatically->setValue(static_cast<int>(progress.percent));
-    ShowStatus(ProgressText(progress, clock_.elapsed()));
+    status_.ShowProgress(progress.stored, progress.total, progress.percent);
     if (sinceTakenOver_.elapsed() >= kMillisecondsBetweenUpdates) {
         sinceTakenOver_.start();
         TakeOver();
@@ -146,29 +140,18 @@ void ExtractionController::TakeOver() {
 void ExtractionController::Finish(const ExtractionResult& result) {
     TakeOver();
     project_.EndGroup(tr("Add Frames"));
-    ui_.progressAddFramesAutomatically->setValue(0);
     ui_.buttonAddFramesAutomatically->setText(tr("Add Frames"));
-    ShowStatus(ResultText(result));
+    status_.End(ResultText(result));
 }
 
 void ExtractionController::ShowPlan() {
-    if (session_.RunningJob() == BackgroundJob::Kind::Extraction) {
+    if (session_.RunningJob() != BackgroundJob::Kind::None) {
         return;
     }
     const int frames = PlannedFrames(project_.State());
-    ShowStatus(frames == 0   ? QString()
-               : frames == 1 ? tr("1 frame will be added")
-                             : tr("%1 frames will be added").arg(frames));
-}
-
-void ExtractionController::ShowStatus(const QString& text) {
-    QLabel& label = *ui_.labelAddFramesStatus;
-    const QString shown = label.fontMetrics().elidedText(text, Qt::ElideRight, kWidestStatus);
-    // Only ever wider during a run: the progress bar beside it must not tremble.
-    const bool runs = session_.RunningJob() == BackgroundJob::Kind::Extraction;
-    label.setMinimumWidth(runs ? std::max(label.minimumWidth(), label.width()) : 0);
-    label.setText(shown);
-    label.setToolTip(shown == text ? QString() : text);
+    status_.Show(frames == 0   ? QString()
+                 : frames == 1 ? tr("1 frame will be added")
+                               : tr("%1 frames will be added").arg(frames));
 }
 
 }  // namespace lumirra

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <memory>
 
+#include "app/frames/JobStatus.h"
 #include "project/Edit.h"
 #include "sources/Extraction.h"
 
@@ -40,7 +41,6 @@ class ExtractionController : public QObject {
     /// The frames that have come in since the last time join the list.
     void TakeOver();
     void ShowPlan();
-    void ShowStatus(const QString& text);
 
     Project& project_;
     Session& session_;
@@ -48,7 +48,7 @@ class ExtractionController : public QObject {
     Ui::MainWindow& ui_;
     QList<ExtractedFrame> arrived_;
     std::shared_ptr<const ControlValues> settings_;  ///< of the run
-    QElapsedTimer clock_;
+    JobStatus status_;
     QElapsedTimer sinceTakenOver_;
 };
 

@@ -55,8 +55,8 @@ class Session : public QObject {
     void SetCanReopen(bool can);
 
   Q_SIGNALS:
-    /// Locked, playing, what is known of the GIF and on offer for it, the frames copied, or what can
-    /// be reopened.
+    /// Locked, playing, what is known of the GIF and on offer for it, the frames copied, or what
+    /// can be reopened.
     void Changed();
 
   private:

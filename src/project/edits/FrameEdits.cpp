@@ -183,6 +183,17 @@ Edit edits::PasteFrames(const Document& document, const QList<Frame>& frames) {
     });
 }
 
+Edit edits::RefreshFrames(const Document& document, const QHash<FrameId, Frame>& rendered) {
+    return Rearranged(Label("Refresh Frames"), document, [&](FrameList& list) {
+        for (int index = 0; index < list.Count(); ++index) {
+            const auto found = rendered.constFind(list.At(index).id);
+            if (found != rendered.constEnd()) {
+                list.SetPicture(index, *found);
+            }
+        }
+    });
+}
+
 Edit edits::SetFrameDelay(const Document& document, std::optional<int> hundredths) {
     return Rearranged(Label("Frame Delay"), document, [&](FrameList& list) {
         const QList<int> chosen = list.Chosen(1);

@@ -28,6 +28,9 @@ Edit ForthAndBack(const Document& document, const std::function<Frame(const Fram
 /// The selected frames once more, behind the last of them.
 Edit DuplicateFrames(const Document& document, const std::function<Frame(const Frame&)>& copy);
 
+/// Frames of these ids get the picture, size and origin of others; delays and selection stay.
+Edit RefreshFrames(const Document& document, const QHash<FrameId, Frame>& rendered);
+
 /// The frame last clicked one place towards the start or the end; nothing changes at the end of the
 /// list or when none was clicked.
 Edit MoveFrameUp(const Document& document);
