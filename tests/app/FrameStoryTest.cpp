@@ -426,7 +426,8 @@ TEST_F(FrameStory, FramesAreRefreshedWithThePresentLook) {
     EXPECT_EQ(Paths().first(2), stay.first(2));
     EXPECT_NE(QImage(Paths()[2]), present);
     EXPECT_EQ(QImage(Paths()[3]), QImage(Paths()[2]));
-    EXPECT_EQ(FilesLeft().filter(QStringLiteral("frame")).size(), 2 * 7) << "each picture is rendered once";
+    EXPECT_EQ(FilesLeft().filter(QStringLiteral("frame")).size(), 2 * 7)
+        << "each picture is rendered once";
 }
 
 TEST_F(FrameStory, ACancelledJobSaysWhatBecameOfIt) {
