@@ -14,6 +14,7 @@
 #include "app/frames/FrameListController.h"
 #include "app/frames/FrameThinningController.h"
 #include "app/frames/FrameTimingController.h"
+#include "app/frames/LoopController.h"
 #include "app/frames/RefreshController.h"
 #include "app/frames/ShownFrameController.h"
 #include "app/gif/GifController.h"
@@ -74,6 +75,7 @@ void ViewController::MakeControllers(Dialogs& dialogs, const QUrl& store) {
         std::make_unique<CaptureController>(project_, session_, dialogs, *ui_.imageViewVideo);
     extraction_ = std::make_unique<ExtractionController>(project_, session_, dialogs, ui_);
     refresh_ = std::make_unique<RefreshController>(project_, session_, dialogs, ui_);
+    loop_ = std::make_unique<LoopController>(project_, session_, dialogs, ui_);
     frames_ = std::make_unique<FrameListController>(project_, session_, dialogs, ui_);
     timing_ = std::make_unique<FrameTimingController>(project_, dialogs, ui_);
     thinning_ = std::make_unique<FrameThinningController>(project_, dialogs, *this);
@@ -96,6 +98,7 @@ void ViewController::ConnectControllers() {
     connect(extraction_.get(), &ExtractionController::Starting, this,
             &ViewController::StopPlayback);
     connect(refresh_.get(), &RefreshController::Starting, this, &ViewController::StopPlayback);
+    connect(loop_.get(), &LoopController::Starting, this, &ViewController::StopPlayback);
     connect(gif_.get(), &GifController::PlayingWithLoopCount, this,
             &ViewController::UpdateVideoPreview);
     connect(gif_.get(), &GifController::LimitAdvised, preset_.get(),
@@ -142,6 +145,8 @@ void ViewController::ShowFrameMenu(const QPoint& where) {
                                                           Command::ChangeSpeed,
                                                           Command::KeepEveryNth,
                                                           Command::RemoveNearDuplicates,
+                                                          Command::FindLoop,
+                                                          Command::CrossFadeEnds,
                                                           Command::RefreshFrames,
                                                           kSeparator,
                                                           Command::ShowFrame,

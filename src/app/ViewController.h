@@ -22,6 +22,7 @@ class FrameThinningController;
 class FrameTimingController;
 class GifController;
 class LifecycleController;
+class LoopController;
 class PlaybackController;
 class PresetController;
 class PreviewController;
@@ -150,6 +151,7 @@ class ViewController : public MainWindow {
     std::unique_ptr<CaptureController> capture_;
     std::unique_ptr<ExtractionController> extraction_;
     std::unique_ptr<RefreshController> refresh_;
+    std::unique_ptr<LoopController> loop_;
     std::unique_ptr<FrameListController> frames_;
     std::unique_ptr<FrameTimingController> timing_;
     std::unique_ptr<FrameThinningController> thinning_;

@@ -4,6 +4,7 @@
 #include "app/frames/FrameListController.h"
 #include "app/frames/FrameThinningController.h"
 #include "app/frames/FrameTimingController.h"
+#include "app/frames/LoopController.h"
 #include "app/frames/RefreshController.h"
 #include "app/frames/ShownFrameController.h"
 #include "app/gif/GifController.h"
@@ -54,6 +55,8 @@ void ViewController::BindFrameCommands() {
     actions_->Bind(Command::AddFrame, [this] { OnAddFrame(); });
     actions_->Bind(Command::AddFramesAutomatically, [this] { OnAddFramesAutomatically(); });
     actions_->Bind(Command::RemoveSelectedFrame, [this] { OnRemoveSelectedFrame(); });
+    actions_->Bind(Command::FindLoop, [this] { loop_->FindLoop(); });
+    actions_->Bind(Command::CrossFadeEnds, [this] { loop_->CrossFadeEnds(); });
     actions_->Bind(Command::RefreshFrames, [this] { refresh_->Refresh(); });
     actions_->Bind(Command::CancelJob, [this] { session_.Job().Cancel(); });
     actions_->Bind(Command::RemoveAllFrames, [this] { OnRemoveAllFrames(); });

@@ -15,7 +15,7 @@ class BackgroundJob : public QObject {
     Q_OBJECT
 
   public:
-    enum class Kind { None, Extraction, Refresh, Generation };
+    enum class Kind { None, Extraction, Editing, Generation };
     using Work = std::function<void(const std::stop_token& stop)>;
 
     explicit BackgroundJob(QObject* parent = nullptr);

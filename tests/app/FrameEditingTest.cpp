@@ -3,7 +3,9 @@
 #include <QDoubleSpinBox>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QProcess>
 #include <QTest>
+#include <cmath>
 #include <stdexcept>
 
 #include "WindowFixture.h"
@@ -328,6 +330,73 @@ TEST_F(FrameEditing, ADoubleClickGoesToTheFramesPlace) {
     }
     EXPECT_TRUE(missing.isEmpty()) << missing.join(QLatin1Char(' ')).toStdString();
     menu->close();
+}
+
+class Looping : public FrameEditing {
+  protected:
+    void Run(const char* action, double number) {
+        dialogs.numbers.push_back(number);
+        Trigger(action);
+        ASSERT_TRUE(QTest::qWaitFor(
+            [this] { return window.RunningJob() == BackgroundJob::Kind::None; }, 60000));
+    }
+    QString Status() { return TextOf("labelAddFramesStatus"); }
+};
+
+/// 50 pictures a second that come back after 1.7 s, but for what the encoder makes of them.
+TEST_F(Looping, TheMarkersOfAVideoAreSetToItsLoop) {
+    const QString clip = folder.filePath(QStringLiteral("pendulum.mp4"));
+    ASSERT_EQ(QProcess::execute(
+                  QStringLiteral("ffmpeg"),
+                  {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-f"),
+                   QStringLiteral("lavfi"), QStringLiteral("-i"),
+                   QStringLiteral("color=gray:s=160x120:r=50:d=6,geq=lum='40+150*exp(-pow(X-80-"
+                                  "60*sin(2*PI*T/1.7),2)/200)*(Y/120)':cb=128:cr='128+40*cos(2*PI*"
+                                  "T/1.7)'"),
+                   QStringLiteral("-pix_fmt"), QStringLiteral("yuv444p"), QStringLiteral("-crf"),
+                   QStringLiteral("12"), clip}),
+              0);
+    OpenVideo(clip);
+    Run("actionFindLoop", 0.8);
+    EXPECT_TRUE(Status().startsWith(QStringLiteral("Loop of 1.70 s"))) << qPrintable(Status());
+    const Source source = TheProject().State().source;
+    const double first = std::floor(static_cast<double>(source.startPosition) * 300);
+    const double last = std::floor(static_cast<double>(source.endPosition) * 300);
+    EXPECT_EQ(last - first + 1, 85) << "1.7 s of 50 pictures a second, the end included";
+    TheProject().Undo();
+    EXPECT_EQ(TheProject().State().source.endPosition, 1.0F);
+
+    Run("actionFindLoop", 7);
+    EXPECT_EQ(dialogs.OnlyMessage(),
+              QStringLiteral("There are too few pictures for a loop of that length."));
+    EXPECT_EQ(TheProject().State().source.endPosition, 1.0F);
+}
+
+TEST_F(Looping, FramesOutsideOfTheLoopGoAndEndsFade) {
+    AddGreys({0, 250, 40, 90, 140, 40, 90, 200});
+    Run("actionFindLoop", 0.3);
+    EXPECT_EQ(Shown(), QStringLiteral("90 140 40"));
+    EXPECT_TRUE(Status().startsWith(QStringLiteral("Loop of 0.30 s"))) << qPrintable(Status());
+    TheProject().Undo();
+    EXPECT_EQ(Frames().Count(), 8);
+
+    const QStringList before = window.State().frames.Paths();
+    Run("actionCrossFadeEnds", 2);
+    ASSERT_EQ(Frames().Count(), 6);
+    EXPECT_EQ(Frames().Paths().first(4), before.mid(2, 4));
+    // A third and two thirds of the way from 90 and 200 to 0 and 250.
+    EXPECT_EQ(Shown(), QStringLiteral("40 90 140 40 60 233"));
+    TheProject().Undo();
+    EXPECT_EQ(window.State().frames.Paths(), before);
+
+    Run("actionCrossFadeEnds", 5);
+    EXPECT_EQ(dialogs.OnlyMessage(), QStringLiteral("There are too few frames for that."));
+    ASSERT_TRUE(QFile::remove(before[7]));
+    Run("actionCrossFadeEnds", 2);
+    EXPECT_EQ(dialogs.messages.size(), 1);
+    EXPECT_EQ(window.State().frames.Paths(), before);
+    EXPECT_EQ(QDir(folder.path()).entryList({QStringLiteral("*.png")}).size(), 2 * (8 + 2) - 1)
+        << "only what can still be redone is beside the frames";
 }
 
 }  // namespace

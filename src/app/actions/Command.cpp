@@ -45,6 +45,8 @@ constexpr std::array<CommandRow, kCommandCount> kTable{{
     {Command::ChangeSpeed, "actionChangeSpeed", nullptr},
     {Command::KeepEveryNth, "actionKeepEveryNth", nullptr},
     {Command::RemoveNearDuplicates, "actionRemoveNearDuplicates", nullptr},
+    {Command::FindLoop, "actionFindLoop", nullptr},
+    {Command::CrossFadeEnds, "actionCrossFadeEnds", nullptr},
     {Command::RefreshFrames, "actionRefreshFrames", nullptr},
     {Command::ShowFrame, "actionShowFrame", nullptr},
     {Command::GoToSource, "actionGoToSource", nullptr},

@@ -48,6 +48,8 @@ enum class Command {
     ChangeSpeed,
     KeepEveryNth,
     RemoveNearDuplicates,
+    FindLoop,
+    CrossFadeEnds,
     RefreshFrames,
     ShowFrame,
     GoToSource,

@@ -34,7 +34,7 @@ WindowFacts FactsOf(const Project& project, const Session& session) {
             .copiedFrames = static_cast<int>(session.CopiedFrames().size()),
             .playing = session.IsPlaying(),
             .cancellable = session.RunningJob() == BackgroundJob::Kind::Extraction ||
-                           session.RunningJob() == BackgroundJob::Kind::Refresh,
+                           session.RunningJob() == BackgroundJob::Kind::Editing,
             .locked = session.IsLocked(),
             .gif = session.HasGif(),
             .gifEnds = session.GifEnds(),
@@ -65,6 +65,10 @@ WidgetState StateOf(Command command, const WindowFacts& facts) {
             return {facts.canRedo && !facts.locked};
         case Command::CancelJob:
             return {facts.cancellable, facts.cancellable};
+        case Command::FindLoop:
+            return {(facts.video || facts.frames > 2) && !facts.locked};
+        case Command::CrossFadeEnds:
+            return {facts.frames > 1 && !facts.locked};
         case Command::RefreshFrames:
             return {facts.frames > 0 && !facts.locked};
         case Command::ReopenSession:

@@ -77,7 +77,7 @@ void RefreshController::Start(RerenderJob rerender) {
     const auto result = std::make_shared<RerenderResult>();
     const auto total = static_cast<int>(rerender.tasks.size());
     const bool started = job.Start(
-        BackgroundJob::Kind::Refresh,
+        BackgroundJob::Kind::Editing,
         [this, &job, rerender = std::move(rerender), result, total](const std::stop_token& stop) {
             *result = RerenderFrames(
                 rerender, stop,

@@ -76,6 +76,7 @@ std::vector<ShortcutRow> ShortcutRows() {
             {"Ctrl+T, Ctrl+Shift+T", "Type the frames' delay, or change their speed"},
             {"Ctrl+K", "Keep every n-th frame"},
             {"Ctrl+Shift+D", "Remove near-duplicates"},
+            {"Ctrl+Shift+F, Ctrl+Shift+E", "Find a loop, or fade the end into the start"},
             {"F5", "Render frames again with the present look"},
             {"Ctrl+F, Ctrl+J", "Show the frame, or its place in the source"},
             {"Delete", "Remove the selected frames from the list"},

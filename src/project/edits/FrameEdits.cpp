@@ -1,6 +1,8 @@
 #include "project/edits/FrameEdits.h"
 
 #include <QCoreApplication>
+#include <algorithm>
+#include <numeric>
 #include <vector>
 
 #include "output/AnimationRequest.h"
@@ -192,6 +194,20 @@ Edit edits::RefreshFrames(const Document& document, const QHash<FrameId, Frame>&
             }
         }
     });
+}
+
+Edit edits::KeepLoop(const Document& document, const QList<int>& outside) {
+    return Rearranged(Label("Keep Loop"), document, [&](FrameList& list) { list.Remove(outside); });
+}
+
+Edit edits::CrossFadeEnds(const Document& document, int length,
+                          const QHash<FrameId, Frame>& faded) {
+    Edit edit = RefreshFrames(document, faded);
+    edit.label = Label("Cross-Fade Ends");
+    QList<int> first(std::min(length, document.frames.Count()));
+    std::iota(first.begin(), first.end(), 0);
+    edit.after.frames.Remove(first);
+    return edit;
 }
 
 Edit edits::SetFrameDelay(const Document& document, std::optional<int> hundredths) {

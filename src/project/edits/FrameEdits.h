@@ -31,6 +31,11 @@ Edit DuplicateFrames(const Document& document, const std::function<Frame(const F
 /// Frames of these ids get the picture, size and origin of others; delays and selection stay.
 Edit RefreshFrames(const Document& document, const QHash<FrameId, Frame>& rendered);
 
+/// The frames at these indices, which lie outside of a loop, go.
+Edit KeepLoop(const Document& document, const QList<int>& outside);
+/// As `RefreshFrames`; and the first `length` frames, which the others fade into, go.
+Edit CrossFadeEnds(const Document& document, int length, const QHash<FrameId, Frame>& faded);
+
 /// The frame last clicked one place towards the start or the end; nothing changes at the end of the
 /// list or when none was clicked.
 Edit MoveFrameUp(const Document& document);

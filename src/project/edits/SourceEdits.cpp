@@ -59,6 +59,14 @@ Edit edits::SetMarker(const Document& document, Marker marker, float position) {
     return edit;
 }
 
+Edit edits::SetMarkers(const Document& document, float start, float end) {
+    Edit edit{.label = QCoreApplication::translate("lumirra::Edit", "Find Loop"),
+              .after = document};
+    edit.after.source.startPosition = start;
+    edit.after.source.endPosition = end;
+    return edit;
+}
+
 bool MayMark(const Source& source, edits::Marker marker, float position) {
     return marker == edits::Marker::Start ? position < source.endPosition
                                           : position > source.startPosition;

@@ -23,6 +23,9 @@ enum class Marker { Start, End };
 /// `MayMark`.
 Edit SetMarker(const Document& document, Marker marker, float position);
 
+/// Both markers at once, `start` before `end`: the loop that was found.
+Edit SetMarkers(const Document& document, float start, float end);
+
 }  // namespace lumirra::edits
 
 namespace lumirra {
