@@ -93,6 +93,7 @@ class Session(GifSteps, unittest.TestCase):
             self.plays(numbers)
             self.copies_the_gif()
             self.saves_the_gif(numbers)
+            self.undoes_and_redoes_everything(numbers)
             self.saves_and_loads_the_profile()
             self.closes_during_a_run()
 
@@ -324,6 +325,26 @@ class Session(GifSteps, unittest.TestCase):
         until(lambda: self.number_in_strip(5) == FRAMES - 1, "the last frame")
         self.assertEqual(self.number_in_strip(4), 60)
         self.shot("added")
+
+    def undoes_and_redoes_everything(self, numbers):
+        work = self.desk.folder / "tmp"
+        [gif] = work.glob("lumirra/run-*/tempGif.gif")
+        files = {path: path.read_bytes() for path in work.rglob("frame*.png")}
+        before = gif.read_bytes()
+        steps = 99  # more than there were
+        # a field would undo its own typing
+        self.desk.click(*[self.app.place("scrollViewFrames")[i] + 100 for i in (0, 1)])
+        self.desk.key(*["ctrl+z"] * steps)
+        until(lambda: self.app.text("labelFrameCount") == "0", "the beginning")
+        self.shot("undone")
+        self.desk.key(*["ctrl+shift+z"] * steps)
+        until(lambda: self.app.text("labelFrameCount") == str(len(numbers)), "the end")
+        self.desk.key("Home")
+        until(lambda: [self.number_in_strip(i) for i in range(3)] == numbers[:3], "the thumbnails")
+        self.assertEqual({path: path.read_bytes() for path in work.rglob("frame*.png")}, files)
+        gif.unlink()
+        self.app.click("buttonGeneratePreview")
+        until(lambda: gif.exists() and gif.read_bytes() == before, "the same GIF")
 
     def closes_during_a_run(self):
         self.extracts(9000)
