@@ -156,6 +156,7 @@ std::optional<Failure> VideoStream::OpenDecoder() {
         decoder->pkt_timebase = Track().time_base;
         decoder->max_pixels = kMaxSourcePixels;
         decoder->thread_count = threads;
+        reports_->Attach(*decoder);
         const int opened = avcodec_open2(decoder.get(), codec, nullptr);
         if (opened >= 0 || (threads == 1 && Succeeded(opened))) {
             decoder_ = std::move(decoder);
@@ -230,6 +231,7 @@ bool VideoStream::Feed() {
     if ((packet_->flags & AV_PKT_FLAG_CORRUPT) != 0) {
         NoteError();
     }
+    reports_->NextPacket(*decoder_);
     const int sent = avcodec_send_packet(decoder_.get(), packet_.get());
     av_packet_unref(packet_.get());
     if (!Succeeded(sent)) {
@@ -273,8 +275,9 @@ VideoFrame VideoStream::Take(FfmpegPtr<AVFrame> frame) {
     result.time = time - filmStart_;
     result.first = fromBeginning_ && !lastTime_;
     result.duration = frame->pkt_duration > 0 ? frame->pkt_duration : nominalTicks_;
+    const bool reported = reports_->Take(*frame);
     const bool ownDamage =
-        frame->decode_error_flags != 0 || (frame->flags & AV_FRAME_FLAG_CORRUPT) != 0;
+        reported || frame->decode_error_flags != 0 || (frame->flags & AV_FRAME_FLAG_CORRUPT) != 0;
     if (ownDamage) {
         anyError_ = true;
     }
@@ -329,7 +332,9 @@ std::int64_t VideoStream::PromisedEnd() const {
 void VideoStream::Flush() {
     if (decoder_) {
         avcodec_flush_buffers(decoder_.get());
+        DamageReports::Listen();
     }
+    reports_->Clear();
     unseen_.clear();
     lastTime_.reset();
     lastEnd_ = 0;

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <set>
 
+#include "sources/video/DamageReports.h"
 #include "sources/video/MediaFile.h"
 
 namespace lumirra {
@@ -71,6 +73,7 @@ class VideoStream {
     std::int64_t PromisedEnd() const;
 
     MediaFile file_;
+    std::unique_ptr<DamageReports> reports_ = std::make_unique<DamageReports>();
     FfmpegPtr<AVCodecContext> decoder_;  // made for the first frame asked for
     FfmpegPtr<AVPacket> packet_;
     int index_ = -1;
