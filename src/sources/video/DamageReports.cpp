@@ -19,15 +19,34 @@ bool TellsDamage(std::string_view format) {
 
 }  // namespace
 
+// The library has one log for the whole process: who listens to it is known here alone.
+struct DamageReports::Listeners {
+    std::mutex mutex;
+    std::set<const void*> known;
+
+    static Listeners& All() {
+        static Listeners all;
+        return all;
+    }
+};
+
+DamageReports::~DamageReports() {
+    Listeners& all = Listeners::All();
+    const std::lock_guard lock(all.mutex);
+    all.known.erase(this);
+}
+
 // The decoder's threads have copies of its context, with the fields of the packet they work at.
 void DamageReports::OnLog(void* context, int /*level*/, const char* format, va_list /*arguments*/) {
-    if (!context || !format ||
+    if (!context || !format || !TellsDamage(format) ||
         *static_cast<const AVClass* const*>(context) != avcodec_get_class()) {
         return;
     }
     const auto& decoder = *static_cast<const AVCodecContext*>(context);
+    Listeners& all = Listeners::All();
+    const std::lock_guard listening(all.mutex);
     // Decoders that others in the process opened have something else there, or nothing.
-    if (decoder.get_buffer2 != OwnBuffer || !decoder.opaque || !TellsDamage(format)) {
+    if (all.known.count(decoder.opaque) == 0) {
         return;
     }
     auto& self = *static_cast<DamageReports*>(decoder.opaque);
@@ -35,18 +54,17 @@ void DamageReports::OnLog(void* context, int /*level*/, const char* format, va_l
     self.damaged_.insert(decoder.reordered_opaque);
 }
 
-// Marks our decoders; does what the library's own does.
-int DamageReports::OwnBuffer(AVCodecContext* decoder, AVFrame* frame, int flags) {
-    return avcodec_default_get_buffer2(decoder, frame, flags);
-}
-
 void DamageReports::Listen() {
     av_log_set_callback(OnLog);
 }
 
 void DamageReports::Attach(AVCodecContext& decoder) {
+    {
+        Listeners& all = Listeners::All();
+        const std::lock_guard lock(all.mutex);
+        all.known.insert(this);
+    }
     decoder.opaque = this;
-    decoder.get_buffer2 = OwnBuffer;
     Listen();
 }
 

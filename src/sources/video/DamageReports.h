@@ -19,7 +19,7 @@ class DamageReports {
     DamageReports() = default;
     DamageReports(const DamageReports&) = delete;
     DamageReports& operator=(const DamageReports&) = delete;
-    ~DamageReports() = default;
+    ~DamageReports();
 
     /// Before the decoder is opened.
     void Attach(AVCodecContext& decoder);
@@ -33,8 +33,8 @@ class DamageReports {
     static void Listen();
 
   private:
+    struct Listeners;
     static void OnLog(void* context, int level, const char* format, va_list arguments);
-    static int OwnBuffer(AVCodecContext* decoder, AVFrame* frame, int flags);
 
     std::int64_t packet_ = 0;
     std::mutex mutex_;
