@@ -33,9 +33,13 @@ QString FoundText(double seconds, double difference) {
                   QString::number(seconds, 'f', 2), QString::number(difference, 'f', 1));
 }
 
-PictureSignature SignatureOfFile(const Frame& frame) {
-    const Outcome<QImage> picture = ReadFrame(frame.Path());
-    return picture ? SignatureOf(*picture) : PictureSignature();
+/// The seconds of so many frames from the first on, by their own delays.
+double SecondsOf(const QList<Frame>& frames, int first, int count, int usual) {
+    int hundredths = 0;
+    for (const Frame& frame : frames.mid(first, count)) {
+        hundredths += frame.delay.value_or(usual);
+    }
+    return hundredths / 100.0;
 }
 
 }  // namespace
@@ -90,15 +94,16 @@ void LoopController::SearchVideo(double leastSeconds) {
         const auto found =
             FindVideoLoop(source.videoPath, source.startPosition, source.endPosition, leastSeconds,
                           stop, [this](int done, int total) { TellProgress(done, total); });
+        if (!found || !*found) {
+            return Refusal(found ? TooFew() : found.failure().message);
+        }
         return [this, found] {
-            if (!found || !*found) {
-                status_.End({});
-                dialogs_.Report(found ? TooFew() : found.failure().message);
-                return;
-            }
             const VideoLoop& loop = **found;
             project_.Apply(edits::SetMarkers(project_.State(), loop.start, loop.end));
-            status_.End(FoundText(loop.seconds, loop.difference));
+            const QString text = FoundText(loop.seconds, loop.difference);
+            status_.End(loop.step == 1
+                            ? text
+                            : Filled(tr("%1; every %2th picture was compared"), text, loop.step));
         };
     });
 }
@@ -110,30 +115,42 @@ void LoopController::SearchFrames(double leastSeconds) {
     for (const int index : chosen) {
         frames.append(list.At(index));
     }
-    const double delay = DelayHundredths(OutputSettingsOf(project_.Values()).delaySeconds) / 100.0;
-    const int least = std::max(2, static_cast<int>(std::ceil(leastSeconds / delay - 1e-6)));
-    Start([this, frames, chosen, delay, least](const std::stop_token& stop) {
+    const int usual = DelayHundredths(OutputSettingsOf(project_.Values()).delaySeconds);
+    const double mean = SecondsOf(frames, 0, static_cast<int>(frames.size()), usual) /
+                        static_cast<double>(std::max<qsizetype>(frames.size(), 1));
+    const int least = std::max(2, static_cast<int>(std::ceil(leastSeconds / mean - 1e-6)));
+    Start([this, frames, chosen, usual, least](const std::stop_token& stop) {
         std::vector<PictureSignature> signatures;
         for (const Frame& frame : frames) {
             if (stop.stop_requested()) {
                 break;
             }
-            signatures.push_back(SignatureOfFile(frame));
+            const Outcome<QImage> picture = ReadFrame(frame.Path());
+            if (!picture) {
+                return Refusal(picture.failure().message);
+            }
+            signatures.push_back(SignatureOf(*picture));
             TellProgress(static_cast<int>(signatures.size()), static_cast<int>(frames.size()));
         }
         const auto loop = lumirra::FindLoop(signatures, least, stop);
-        return std::function<void()>([this, chosen, delay, loop] {
-            if (!loop) {
-                status_.End({});
-                dialogs_.Report(TooFew());
-                return;
-            }
+        if (!loop) {
+            return Refusal(TooFew());
+        }
+        return std::function<void()>([this, frames, chosen, usual, loop] {
+            const int count = loop->end - loop->first;
             QList<int> outside = chosen;
-            outside.remove(loop->first, loop->end - loop->first);
+            outside.remove(loop->first, count);
             project_.Apply(edits::KeepLoop(project_.State(), outside));
-            status_.End(FoundText((loop->end - loop->first) * delay, loop->difference));
+            status_.End(FoundText(SecondsOf(frames, loop->first, count, usual), loop->difference));
         });
     });
+}
+
+std::function<void()> LoopController::Refusal(const QString& why) {
+    return [this, why] {
+        status_.End({});
+        dialogs_.Report(why);
+    };
 }
 
 void LoopController::CrossFadeEnds() {
@@ -153,15 +170,9 @@ void LoopController::CrossFadeEnds() {
     fading->length = qRound(*length);
     Start([this, fading, store = project_.Store().Folder()](
               const std::stop_token& stop) -> std::function<void()> {
-        const auto fail = [this](const QString& why) {
-            return [this, why] {
-                status_.End({});
-                dialogs_.Report(why);
-            };
-        };
         const auto fade = CrossFade(static_cast<int>(fading->frames.size()), fading->length);
         if (fade.empty()) {
-            return fail(tr("There are too few frames for that."));
+            return Refusal(tr("There are too few frames for that."));
         }
         for (const FadedFrame& frame : fade) {
             if (stop.stop_requested()) {
@@ -169,15 +180,20 @@ void LoopController::CrossFadeEnds() {
             }
             const auto from = ReadFrame(fading->frames.at(frame.from).Path());
             const auto into = ReadFrame(fading->frames.at(frame.into).Path());
-            const QImage faded = from && into ? Faded(*from, *into, frame.share) : QImage();
+            if (!from || !into) {
+                return Refusal((from ? into : from).failure().message);
+            }
+            if (from->size() != into->size()) {
+                return Refusal(tr("The frames that meet differ in size."));
+            }
+            const QImage faded = Faded(*from, *into, frame.share);
             if (faded.isNull()) {
-                return fail(from && into ? tr("The frames that meet differ in size.")
-                                         : (from ? into : from).failure().message);
+                throw std::bad_alloc();
             }
             const auto path = NextFramePath(store);
             const auto stored = path ? StoreFrame(faded, *path) : Outcome<Done>(path.failure());
             if (!stored) {
-                return fail(stored.failure().message);
+                return Refusal(stored.failure().message);
             }
             fading->made.push_back({frame.from, *path, faded.size()});
             TellProgress(static_cast<int>(fading->made.size()), static_cast<int>(fade.size()));

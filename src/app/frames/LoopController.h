@@ -46,6 +46,8 @@ class LoopController : public QObject {
     void SearchFrames(double leastSeconds);
     /// `work` gives what is to be done on the main thread when it was not cancelled.
     void Start(const Work& work);
+    /// What is to be done when there is no result: says why.
+    std::function<void()> Refusal(const QString& why);
     void TellProgress(int done, int total);
     void ApplyFade(Fading& fading);
 

@@ -52,7 +52,11 @@ Outcome<std::optional<VideoLoop>> FindVideoLoop(
     std::vector<PictureSignature> signatures;
     for (int i = 0; i < pictures.count && !stop.stop_requested(); ++i) {
         const int number = pictures.first + i * pictures.step;
-        signatures.push_back(SignatureOf(reader.At(pictures.PositionOf(number), stop).image));
+        const SourceImage picture = reader.At(pictures.PositionOf(number), stop);
+        if (picture.problem && !stop.stop_requested()) {
+            return *picture.problem;  // what stands in for pictures would match best
+        }
+        signatures.push_back(SignatureOf(picture.image));
         onProgress(i + 1, pictures.count);
     }
     const int least = std::max(
@@ -65,7 +69,8 @@ Outcome<std::optional<VideoLoop>> FindVideoLoop(
     const int behind = pictures.first + loop->end * pictures.step;
     return std::optional<VideoLoop>({static_cast<float>(pictures.PositionOf(first)),
                                      static_cast<float>(pictures.PositionOf(behind - 1)),
-                                     (behind - first) / framesPerSecond, loop->difference});
+                                     (behind - first) / framesPerSecond, loop->difference,
+                                     pictures.step});
 }
 
 }  // namespace lumirra
