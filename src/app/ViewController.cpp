@@ -229,7 +229,9 @@ void ViewController::LeaveProject() {
 
 void ViewController::CleanTemporaryFiles() {
     session_.SetCopiedFrames({});
+    keeper_->Stop();
     project_.Discard();
+    static_cast<void>(KeepSession(true));  // without frames nothing is kept
     RemoveFile(previewFile_);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include "project/FrameStore.h"
 #include "project/Project.h"
@@ -66,12 +67,16 @@ void SessionKeeper::Told(const Outcome<Done>& written, bool anyFrames) {
     }
 }
 
-bool SessionKeeper::Finish(bool inOrder) {
-    if (!worker_) {
-        return false;
-    }
+void SessionKeeper::Stop() {
     soon_.stop();
     worker_.reset();
+}
+
+bool SessionKeeper::Finish(bool inOrder) {
+    if (std::exchange(finished_, true)) {
+        return false;
+    }
+    Stop();
     project_.ForgetHistory();
     const bool kept =
         Written(*writer_, project_.State(), inOrder) && project_.State().frames.Count() > 0;

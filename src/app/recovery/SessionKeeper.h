@@ -23,6 +23,8 @@ class SessionKeeper : public QObject {
     /// The window goes; `inOrder`: closed by the person. Writes before it returns. True when the
     /// frames are kept: their files stay where they are. The history is forgotten.
     bool Finish(bool inOrder);
+    /// No more is written before `Finish`; nothing that was being written holds frames any more.
+    void Stop();
 
   Q_SIGNALS:
     /// All frames there are were written; not said of a project without any.
@@ -38,6 +40,7 @@ class SessionKeeper : public QObject {
     Project& project_;
     QTimer soon_;
     bool failed_ = false;
+    bool finished_ = false;
     std::shared_ptr<SessionWriter> writer_;
     std::unique_ptr<LatestWorker> worker_;
 };
