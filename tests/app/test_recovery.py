@@ -87,7 +87,7 @@ class Stage:
         self.app.click(self.app.named("page tab", "Output"))
         until(lambda: self.app.shown("textFieldFrameDelay"), "the page")
         self.app.click("buttonGeneratePreview")
-        until(lambda: not self.app.enabled("buttonAddFrame"), "the run")
+        until(lambda: list(self.work.glob("run-*/tempGif.gif*")), "what is written of it")
         self.app.process.kill()
         return answer
 
